@@ -1,0 +1,42 @@
+// What the library exports, and the names that every header needs.
+#ifndef MLDS_EXPORT_H
+#define MLDS_EXPORT_H
+
+#if defined(MLDS_STATIC)
+#define MLDS_API
+#elif defined(_WIN32)
+#if defined(MLDS_BUILDING_LIBRARY)
+#define MLDS_API __declspec(dllexport)
+#else
+#define MLDS_API __declspec(dllimport)
+#endif
+#elif defined(__GNUC__)
+#define MLDS_API __attribute__((visibility("default")))
+#else
+#define MLDS_API
+#endif
+
+class CEngine;  // The host's engine. The library stores and returns it and never looks inside.
+
+class CField;
+class CFieldValueSet;
+class CMessageSocket;
+class CPacket;
+class CPlexa;
+class CPlexaTest;
+class CStream;
+class CStreamObj;
+class CSyncMark;
+class CToken;
+class CVarList;
+
+namespace mlds {
+struct Internals;      // the library's own door to private members
+class OrderNumbering;  // how a stream numbers its objects
+class NameIndex;       // a field's possible values, by text
+struct SyncTable;      // what the members of a synchrony group share
+struct FieldSlots;     // a token's field values
+struct DerivedValues;  // a field's values by name value
+}  // namespace mlds
+
+#endif

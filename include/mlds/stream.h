@@ -1,0 +1,167 @@
+// Streams: the tiers of the structure.
+#ifndef MLDS_STREAM_H
+#define MLDS_STREAM_H
+
+#include "mlds/field.h"
+#include "mlds/streamobj.h"
+#include "mlds/syncmark.h"
+#include "mlds/token.h"
+
+/// Which of the two marks around a section go away with it.
+enum BufferSyncMarkInsertionType : int {
+    bsmDeleteBoth = 0,   ///< both (CStream::ExciseSection: neither)
+    bsmDeleteLeft = 1,   ///< the left one
+    bsmDeleteRight = 2,  ///< the right one
+    bsmKeepBoth = 3      ///< neither
+};
+
+/// The interface of a stream.
+class MLDS_API CStreamBase {
+public:
+    virtual char* GetStreamName() = 0;
+    /// The stream's place in its container, from 0.
+    virtual int GetStreamIndex() = 0;
+    virtual CPlexa* pGetStreamPlexa() = 0;
+    /// The two sentinels, owned by the stream and never removed.
+    virtual CSyncMark* pGetFirstStreamObj() = 0;
+    virtual CSyncMark* pGetLastStreamObj() = 0;
+
+    /// Links an object between two neighbours; either may be null and is then the neighbour of the
+    /// other. The stream owns the object from then on. False, with nothing changed and the object
+    /// still the caller's, if the object is null or already linked, if the two are not neighbours,
+    /// and for a token that would touch a token or a sentinel.
+    virtual bool InsertStreamObj(CStreamObj* pToBeInserted, CStreamObj* pStreamObjLeft,
+                                 CStreamObj* pStreamObjRight) = 0;
+    /// Links an object to the right (2) or left (3) of `pAt`, or counts one that is already placed
+    /// (1). Ownership and failure as above; a token next to a token is not refused here.
+    virtual bool InsertStreamObj(CStreamObj* pStreamObj, int InsertWhere, CStreamObj* pAt) = 0;
+    /// Takes an object out of the stream. With `bDelete` it is destroyed and the result is null;
+    /// otherwise it leaves its synchrony group and is returned, the caller's from then on. Null,
+    /// with nothing changed, for a sentinel, null or an object that is in no stream.
+    virtual CStreamObj* RemoveStreamObj(CStreamObj* p, bool bDelete) = 0;
+
+    /// Takes the marks between two marks out of their groups.
+    virtual void DeSyncSection(CSyncMark* pFrom, CSyncMark* pTo) = 0;
+    /// Cuts out what lies between two marks, as a chain that belongs to the caller.
+    virtual bool ExciseSection(CSyncMark* pFrom, CSyncMark* pTo, CStreamObj** ppFirst,
+                               CStreamObj** ppLast, BufferSyncMarkInsertionType type) = 0;
+    /// Links a chain that was cut out of this stream between two neighbours.
+    virtual bool InsertSection(CStreamObj* pFirst, CStreamObj* pLast, CSyncMark** ppLeft,
+                               CSyncMark** ppRight) = 0;
+
+    /// A field by name or index; null if there is none.
+    virtual CField* GetField(const char* name) = 0;
+    virtual CField* GetField(int i) = 0;
+    virtual int GetNumFields() = 0;
+    /// The index of the first field of that name, or -1.
+    virtual int GetFieldIndex(const char* name) = 0;
+    /// A token for this stream, in no stream yet and the caller's. Null for a null name and when
+    /// memory runs out.
+    virtual CToken* CreateToken(const char* name) = 0;
+    virtual CToken* CreateToken() = 0;
+
+    /// The number of tokens from `from` to `to`, null meaning the ends of the stream. With
+    /// `bProject` the bounds are first carried into this stream. -1 if a bound does not fit.
+    virtual int GetNumTokens(CSyncMark* from, CSyncMark* to, bool bProject) = 0;
+    virtual int GetNumTokens() = 0;
+    /// The number of sync marks from `from` to `to`, the closing bound always counted as one. -1
+    /// if a bound does not fit or `from` lies right of `to`.
+    virtual int GetNumSyncMarks(CSyncMark* from, CSyncMark* to) = 0;
+    /// The names of the tokens from `from` to `to`, null meaning the ends of the stream, with
+    /// "|" for every sync mark if wanted. The text belongs to the stream and is valid until the
+    /// next call on it; empty if a bound has no counterpart in this stream.
+    virtual char* GetStr(CSyncMark* from, CSyncMark* to, bool bWithSyncMarks) = 0;
+
+protected:
+    ~CStreamBase() = default;
+};
+
+/// One tier: a chain of tokens and sync marks between two sentinels, and the fields of its tokens.
+/// Streams are made and destroyed by their container.
+class MLDS_API CStream final : public CStreamBase {
+public:
+    /// A copy shares chain, fields and text with its source, owns none of them, and must not
+    /// outlive it.
+    CStream(const CStream& other);
+    CStream& operator=(const CStream& other);
+    /// The container destroys its streams; nobody else may.
+    ~CStream();
+
+    char* GetStreamName() override;
+    int GetStreamIndex() override;
+    CPlexa* pGetStreamPlexa() override;
+    CSyncMark* pGetFirstStreamObj() override;
+    CSyncMark* pGetLastStreamObj() override;
+    bool InsertStreamObj(CStreamObj* pToBeInserted, CStreamObj* pStreamObjLeft,
+                         CStreamObj* pStreamObjRight) override;
+    bool InsertStreamObj(CStreamObj* pStreamObj, int InsertWhere, CStreamObj* pAt) override;
+    CStreamObj* RemoveStreamObj(CStreamObj* p, bool bDelete) override;
+    void DeSyncSection(CSyncMark* pFrom, CSyncMark* pTo) override;
+    bool ExciseSection(CSyncMark* pFrom, CSyncMark* pTo, CStreamObj** ppFirst, CStreamObj** ppLast,
+                       BufferSyncMarkInsertionType type) override;
+    bool InsertSection(CStreamObj* pFirst, CStreamObj* pLast, CSyncMark** ppLeft,
+                       CSyncMark** ppRight) override;
+    CField* GetField(const char* name) override;
+    CField* GetField(int i) override;
+    int GetNumFields() override;
+    int GetFieldIndex(const char* name) override;
+    CToken* CreateToken(const char* name) override;
+    CToken* CreateToken() override;
+    int GetNumTokens(CSyncMark* from, CSyncMark* to, bool bProject) override;
+    int GetNumTokens() override;
+    int GetNumSyncMarks(CSyncMark* from, CSyncMark* to) override;
+    char* GetStr(CSyncMark* from, CSyncMark* to, bool bWithSyncMarks) override;
+    /// True if the tokens of two sections have equal field values.
+    virtual bool CompareSection(CSyncMark* pFrom1, CSyncMark* pTo1, CSyncMark* pFrom2,
+                                CSyncMark* pTo2);
+    virtual int GetNumSyncMarks();
+
+    /// Removes and destroys every object between the sentinels.
+    void StreamReset();
+    /// Names longer than 50 characters are ignored.
+    void SetStreamName(const char* name);
+    /// Adds a field, owned by the stream. Null for a null name, beyond 50 fields, and when memory
+    /// runs out. Tokens that exist already do not get the new field.
+    CField* AddField(const char* name);
+    /// Gives the objects of the stream evenly spaced order indices.
+    void Renumber();
+
+    /// Destroys an object that is in no stream: what RemoveStreamObj handed out, a refused token or
+    /// a mark never linked. Null and linked objects are left alone.
+    static void DiscardStreamObj(CStreamObj* p);
+
+private:
+    friend struct mlds::Internals;
+
+    static constexpr int kMaxFields = 50;
+    static constexpr int kMaxName = 50;
+
+    CStream(CPlexa* pPlexa, int index);
+    void Release();
+    bool GrowText(std::size_t length, std::size_t needed);
+
+    int m_nIndex;
+    CPlexa* m_pPlexa;
+    CSyncMark* m_pFirst;
+    CSyncMark* m_pLast;
+    char m_szName[kMaxName + 1];
+    char* m_pText;
+    char m_szSyncMark[2];
+    int m_nTextCapacity;
+    int m_nFields;
+    int m_nTokens;
+    int m_nSyncMarks;
+    CField* m_pFields[kMaxFields];
+
+public:
+    /// When true, insertions into this stream are not reported to the viewer.
+    bool m_bQuiet;
+
+private:
+    bool m_bFence;
+
+    bool m_bOwner;                       // what the pointers hold is this object's own
+    mlds::OrderNumbering* m_pNumbering;  // owned like the rest
+};
+
+#endif

@@ -1,0 +1,93 @@
+// Insertion of objects between marks.
+#include "container/placing.h"
+#include "internals.h"
+
+using mlds::Bounds;
+using mlds::Internals;
+
+namespace {
+
+bool IsInsertable(CStreamObj* p) {
+    return p != nullptr && !Internals::IsLinked(p) && Internals::StreamOf(p) != nullptr;
+}
+
+// Where an object goes that was given only a left mark: before what follows, unless that would join
+// two tokens.
+CStreamObj* RightPlaceFor(CStreamObj* pObj, CStream* pStream, CSyncMark* pLeft) {
+    CStreamObj* pNext = Internals::Next(pLeft);
+    if (pNext != nullptr && Internals::IsSyncMark(pObj)) return pNext;
+    return mlds::MarkRightOf(pStream, pLeft);
+}
+
+CStreamObj* LeftPlaceFor(CStreamObj* pObj, CStream* pStream, CSyncMark* pRight) {
+    CStreamObj* pPrev = Internals::Prev(pRight);
+    if (pPrev != nullptr && Internals::IsSyncMark(pObj)) return pPrev;
+    return mlds::MarkLeftOf(pStream, pRight);
+}
+
+}  // namespace
+
+bool CPlexa::InsertStreamObject(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
+                                CStreamObj* pObj) {
+    if (pInto == nullptr || !IsInsertable(pObj)) return false;
+    Bounds bounds;
+    if (!bounds.Carry(this, pInto, pLeft, pRight)) return false;
+    CStreamObj* pFrom = bounds.pLeft;
+    CStreamObj* pTo = bounds.pRight;
+    if (pFrom != nullptr && pTo != nullptr && pFrom != pTo) {
+        if (!mlds::LiesRightOf(bounds.pRight, bounds.pLeft)) return false;
+        DelayMessageDisplay(true);
+        mlds::RemoveBetween(pInto, bounds.pLeft, bounds.pRight);
+        DelayMessageDisplay(false);
+    } else if (pFrom != nullptr && pTo == nullptr) {
+        pTo = RightPlaceFor(pObj, pInto, bounds.pLeft);
+    } else if (pFrom == nullptr && pTo != nullptr) {
+        pFrom = LeftPlaceFor(pObj, pInto, bounds.pRight);
+    }
+    // The object goes in only between two places that were found; a refusal still counts as done.
+    if (pFrom != nullptr && pTo != nullptr) pInto->InsertStreamObj(pObj, pFrom, pTo);
+    RankPopulatedStreams();
+    return true;
+}
+
+bool CPlexa::InsertStreamObjects(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
+                                 CStreamObj** objs, int count) {
+    if (pInto == nullptr || (objs == nullptr && count > 0)) return false;
+    if (pLeft == nullptr && pRight == nullptr && count > 0) return false;
+    Bounds bounds;
+    if (!bounds.Carry(this, pInto, pLeft, pRight)) return false;
+    CSyncMark*& pFrom = bounds.pLeft;
+    CSyncMark*& pTo = bounds.pRight;
+    if (pFrom != nullptr && pFrom == pTo) {
+        if (count <= 0) return true;
+        pTo = mlds::InsertNewMark(pInto, pFrom, nullptr);
+        if (pTo == nullptr) return false;
+    } else if (pFrom != nullptr && pTo != nullptr) {
+        if (!mlds::RemoveBetween(pInto, pFrom, pTo)) return false;
+    } else if (pFrom != nullptr) {
+        pTo = mlds::MarkRightOf(pInto, pFrom);
+        if (pTo == nullptr) return false;
+    } else if (pTo != nullptr) {
+        pFrom = mlds::MarkLeftOf(pInto, pTo);
+        if (pFrom == nullptr) return false;
+    }
+    DelayMessageDisplay(true);
+    InsertList(pInto, pFrom, pTo, objs, count);
+    DelayMessageDisplay(false);
+    RankPopulatedStreams();
+    return true;
+}
+
+// Each object goes right of the last one placed. What the stream refuses is left out.
+void CPlexa::InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,
+                        int count) {
+    for (int i = 0; i < count; ++i) {
+        CStreamObj* pObj = objs[i];
+        if (!IsInsertable(pObj)) continue;
+        if (Internals::IsToken(pObj) && Internals::IsToken(pFrom)) {
+            CSyncMark* pBetween = mlds::InsertNewMark(pInto, pFrom, pTo);
+            if (pBetween != nullptr) pFrom = pBetween;
+        }
+        if (pInto->InsertStreamObj(pObj, pFrom, pTo)) pFrom = pObj;
+    }
+}

@@ -1,0 +1,290 @@
+// Filling a stream from a text in the string notation.
+#include "container/hostvariable.h"
+#include "container/notation.h"
+#include "container/placing.h"
+#include "internals.h"
+#include "stream/fieldslots.h"
+
+using mlds::Bounds;
+using mlds::Internals;
+using mlds::Item;
+using mlds::ItemKind;
+using mlds::NotationReader;
+using mlds::PartText;
+
+namespace {
+
+constexpr const char* kNameField = "name";
+
+// Tokens in no stream, chained through their right links in the order they were added.
+class TokenQueue {
+public:
+    TokenQueue() = default;
+    TokenQueue(const TokenQueue&) = delete;
+    TokenQueue& operator=(const TokenQueue&) = delete;
+    ~TokenQueue() {
+        while (CToken* p = Take()) delete p;
+    }
+    void Add(CToken* p) {
+        (m_pFirst != nullptr ? Internals::Next(m_pLast) : m_pFirst) = p;
+        m_pLast = p;
+    }
+    /// The first token, the caller's from then on; null if there is none.
+    CToken* Take() {
+        auto* p = static_cast<CToken*>(m_pFirst);
+        if (p == nullptr) return nullptr;
+        m_pFirst = Internals::Next(p);
+        Internals::Next(p) = nullptr;
+        return p;
+    }
+
+private:
+    CStreamObj* m_pFirst = nullptr;
+    CStreamObj* m_pLast = nullptr;
+};
+
+int NameType(CStream* pStream) {
+    CField* pField = pStream->GetField(kNameField);
+    return pField != nullptr ? pField->GetFieldType() : -1;
+}
+
+// Checks a text against streams and variables before anything changes, without reporting look-ups,
+// and copies the tokens that it asks for: the originals may lie where the text will go.
+class NotationCheck {
+public:
+    NotationCheck(CPlexa* pPlexa, CStream* pTarget, bool bHasBounds, TokenQueue& copies)
+        : m_pPlexa(pPlexa), m_pCurrent(pTarget), m_bHasBounds(bHasBounds), m_copies(copies) {}
+
+    bool Accepts(NotationReader reader) {
+        Item item;
+        do {
+            if (!reader.Next(item) || !Accepts(item)) return false;
+        } while (item.kind != ItemKind::end);
+        return true;
+    }
+
+private:
+    bool Accepts(const Item& item) {
+        switch (item.kind) {
+            case ItemKind::end: return true;
+            case ItemKind::streamSwitch:
+                m_pCurrent = m_pPlexa->pStream(PartText(item.part));
+                return m_pCurrent != nullptr;
+            case ItemKind::token:
+            case ItemKind::fieldList:
+                return m_bHasBounds && m_pCurrent->GetFieldIndex(kNameField) >= 0;
+            case ItemKind::copy: return m_bHasBounds && AddCopy(PartText(item.part));
+            case ItemKind::binding: return AcceptsBinding(PartText(item.part));
+        }
+        return false;
+    }
+
+    bool AddCopy(const char* name) {
+        CVarList* pList = Internals::TopVarList(m_pPlexa);
+        const int i = pList != nullptr ? pList->GetVarIndex(name) : -1;
+        if (i < 0 || Internals::TypeOf(pList, i) != vtTokenPtr) return false;
+        CStreamObj* pHeld = mlds::ReadHostVariable(Internals::BoundVar(pList, i));
+        if (pHeld == nullptr || !Internals::IsToken(pHeld)) return false;
+        auto* pToken = static_cast<CToken*>(pHeld);
+        CToken* pCopy = new CToken(pToken);
+        if (pCopy == nullptr) return false;
+        m_copies.Add(pCopy);
+        return mlds::NumSlots(pCopy) == mlds::NumSlots(pToken);
+    }
+
+    // An unknown variable is allowed and binds nothing.
+    bool AcceptsBinding(const char* name) {
+        CVarList* pList = Internals::TopVarList(m_pPlexa);
+        const int i = pList != nullptr ? pList->GetVarIndex(name) : -1;
+        return i < 0 || Internals::TypeOf(pList, i) != vtTokenPtr;
+    }
+
+    CPlexa* m_pPlexa;
+    CStream* m_pCurrent;
+    bool m_bHasBounds;
+    TokenQueue& m_copies;
+};
+
+// Carries out a text that has been checked.
+class NotationRun {
+public:
+    NotationRun(CPlexa* pPlexa, CStream* pTarget, const Bounds& bounds, TokenQueue& copies)
+        : m_pPlexa(pPlexa),
+          m_pTarget(pTarget),
+          m_pCurrent(pTarget),
+          m_pLeft(bounds.pLeft),
+          m_pRight(bounds.pRight),
+          m_bMarkNeeded(bounds.pLeft != nullptr && bounds.pLeft == bounds.pRight),
+          m_copies(copies) {}
+
+    /// False as soon as the stream refuses a plain token.
+    bool Run(NotationReader reader) {
+        Item item;
+        while (reader.Next(item) && item.kind != ItemKind::end) {
+            if (!Do(item)) return false;
+        }
+        return true;
+    }
+
+    /// A variable that no token came for gets the right mark.
+    void BindPendingToRight() {
+        if (m_ppPending != nullptr) mlds::WriteHostVariable(m_ppPending, m_pRight);
+    }
+
+private:
+    bool Do(const Item& item) {
+        switch (item.kind) {
+            case ItemKind::end: break;
+            case ItemKind::streamSwitch: m_pCurrent = m_pPlexa->pStream(PartText(item.part)); break;
+            case ItemKind::token: return DoToken(item);
+            case ItemKind::fieldList: {
+                Open();
+                CToken* pToken = m_pCurrent->CreateToken(PartText(item.part));
+                if (pToken == nullptr) break;
+                SetFields(pToken, item.fields);
+                Place(pToken);
+                break;
+            }
+            case ItemKind::copy:
+                Variable(PartText(item.part));
+                Open();
+                Place(m_copies.Take());
+                break;
+            case ItemKind::binding: m_ppPending = Variable(PartText(item.part)); break;
+        }
+        return true;
+    }
+
+    bool DoToken(const Item& item) {
+        Open();
+        CToken* pToken = m_pCurrent->CreateToken(PartText(item.part));
+        const bool bPlaced = pToken != nullptr && Place(pToken);
+        return bPlaced || !item.bPlain;
+    }
+
+    // Makes room for the next token: every token but the first gets a mark of the target stream in
+    // front of it, placed through the current stream. The mark is what a pending variable gets.
+    void Open() {
+        if (m_bMarkNeeded) {
+            CSyncMark* pMark = new CSyncMark(m_pTarget);
+            if (pMark != nullptr && m_pCurrent->InsertStreamObj(pMark, 3, m_pRight)) {
+                m_pLeft = pMark;
+            } else {
+                CStream::DiscardStreamObj(pMark);
+            }
+        }
+        m_bMarkNeeded = true;
+        if (m_ppPending != nullptr) mlds::WriteHostVariable(m_ppPending, m_pLeft);
+        m_ppPending = nullptr;
+    }
+
+    // A token that the stream refuses is gone.
+    bool Place(CToken* pToken) {
+        if (m_pCurrent->InsertStreamObj(pToken, 2, m_pLeft)) return true;
+        CStream::DiscardStreamObj(pToken);
+        return false;
+    }
+
+    void SetFields(CToken* pToken, const char* fields) {
+        mlds::FieldEntry entry;
+        while (NotationReader::NextField(fields, entry)) {
+            const PartText word(entry.word);
+            CField* pWithSet = nullptr;
+            CFieldValueSet* pSet = FindSet(word, pWithSet);
+            if (entry.bHasValue && pSet != nullptr) {
+                // A set of the field's own name wins over the value text.
+                pToken->SetFieldValue(word, pSet->GetIndex());
+            } else if (entry.bHasValue) {
+                pToken->SetFieldValue(word, PartText(entry.value));
+            } else if (pSet != nullptr) {
+                pToken->SetFieldValue(pWithSet->GetFieldName(), pSet->GetIndex());
+            }
+        }
+    }
+
+    CFieldValueSet* FindSet(const char* name, CField*& pWithSet) {
+        for (int i = 0, n = m_pCurrent->GetNumFields(); i < n; ++i) {
+            pWithSet = m_pCurrent->GetField(i);
+            if (CFieldValueSet* pSet = pWithSet->GetFieldValueSet(name)) return pSet;
+        }
+        return nullptr;
+    }
+
+    // The host's variable of that name, its use reported; null if there is none.
+    CStreamObj** Variable(const char* name) {
+        CVarList* pList = m_pPlexa->GetCurrentVarList();
+        return pList != nullptr ? pList->GetVarPtr(name) : nullptr;
+    }
+
+    CPlexa* m_pPlexa;
+    CStream* m_pTarget;
+    CStream* m_pCurrent;
+    CSyncMark* m_pLeft;
+    CSyncMark* m_pRight;
+    bool m_bMarkNeeded;
+    CStreamObj** m_ppPending = nullptr;
+    TokenQueue& m_copies;
+};
+
+// Finds or makes the two marks between which the text goes, and empties the place between them.
+bool OpenPlace(CStream* pTarget, Bounds& bounds) {
+    if (bounds.pLeft != nullptr && bounds.pRight != nullptr) {
+        return bounds.pLeft == bounds.pRight ||
+               mlds::RemoveBetween(pTarget, bounds.pLeft, bounds.pRight);
+    }
+    if (bounds.pLeft != nullptr) {
+        bounds.pRight = mlds::MarkRightOf(pTarget, bounds.pLeft);
+        return bounds.pRight != nullptr;
+    }
+    if (bounds.pRight != nullptr) {
+        bounds.pLeft = mlds::MarkLeftOf(pTarget, bounds.pRight);
+        return bounds.pLeft != nullptr;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool CPlexa::InsertString(CStream* pInto, const char* text, CSyncMark* pLeft, CSyncMark* pRight) {
+    if (pInto == nullptr || text == nullptr) return false;
+    const NotationReader reader(text, NameType(pInto));
+    TokenQueue copies;
+    NotationCheck check(this, pInto, pLeft != nullptr || pRight != nullptr, copies);
+    if (!check.Accepts(reader)) return false;
+    Bounds bounds;
+    if (!bounds.Carry(this, pInto, pLeft, pRight) || !OpenPlace(pInto, bounds)) return false;
+    DelayMessageDisplay(true);
+    NotationRun run(this, pInto, bounds, copies);
+    // A host that sees a plain token refused mends the stream with the display still delayed.
+    if (!run.Run(reader)) return false;
+    DelayMessageDisplay(false);
+    run.BindPendingToRight();
+    RankPopulatedStreams();
+    return true;
+}
+
+bool CPlexa::InsertString(const char* text, CSyncMark* pLeft, CSyncMark* pRight) {
+    if (text == nullptr) return false;
+    CStream* pInto = nullptr;
+    text += std::strspn(text, " ");
+    switch (*text) {
+        case '[':
+            pInto = pStream("phone");
+            ++text;
+            break;
+        case '{':
+            pInto = pStream("inp");
+            ++text;
+            break;
+        case '%': break;
+        default: return false;
+    }
+    text += std::strspn(text, " ");
+    if (*text == '%') {
+        ++text;
+        const std::string_view name = mlds::ReadUpTo(text, " ]}");
+        if (name.size() > mlds::kLongestName) return false;
+        pInto = pStream(PartText(name));
+    }
+    return pInto == nullptr || InsertString(pInto, text, pLeft, pRight);
+}

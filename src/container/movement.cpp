@@ -1,0 +1,44 @@
+// Small moves across streams: adjacency, brackets around tokens, runs of marks.
+#include "internals.h"
+
+using mlds::Internals;
+
+bool CPlexa::Adjacent(CSyncMark* pFirst, CSyncMark* pSecond) {
+    if (pFirst == nullptr || pSecond == nullptr) return false;
+    CStreamObj* p = pFirst->GetCorrespondingSyncMark(Internals::StreamOf(pSecond));
+    while (mlds::IsUsable(p) && p->LeftOf(pSecond)) {
+        if (Internals::IsToken(p)) return false;
+        p = Internals::Next(p);
+    }
+    return p == pSecond;
+}
+
+bool CPlexa::BracketToken(CSyncMark* pSyncMark, ScanDirectionType direction, CSyncMark** ppLeft,
+                          CSyncMark** ppRight, CStream* pFromStream, CStream* pToStream) {
+    if (ppLeft == nullptr || ppRight == nullptr) return false;
+    *ppLeft = nullptr;
+    *ppRight = nullptr;
+    if (pSyncMark == nullptr) return false;
+    if (pFromStream == nullptr) pFromStream = Internals::StreamOf(pSyncMark);
+    if (pToStream == nullptr) pToStream = pFromStream;
+    CSyncMark* pStart = Context(pFromStream, pSyncMark, direction);
+    if (pStart == nullptr) return false;
+    CSyncMark* pNear = pStart->UptoTokens(direction, 0);
+    CSyncMark* pFar = pNear != nullptr ? pNear->OverTokens(direction, 1) : nullptr;
+    if (pFar == nullptr) return false;
+    const bool bRight = direction == sdRight;
+    *ppLeft = (bRight ? pNear : pFar)->GetCorrespondingSyncMark(pToStream);
+    *ppRight = (bRight ? pFar : pNear)->GetCorrespondingSyncMark(pToStream);
+    return true;
+}
+
+CSyncMark* CPlexa::Move(CStream* pInto, CSyncMark* pSyncMark, ScanDirectionType direction) {
+    if (pSyncMark == nullptr || pInto == nullptr) return nullptr;
+    CSyncMark* p = pSyncMark->GetCorrespondingSyncMark(pInto);
+    if (!mlds::IsUsable(p)) return nullptr;
+    for (;;) {
+        CStreamObj* pNext = Internals::Neighbour(p, direction == sdRight);
+        if (pNext == nullptr || Internals::IsToken(pNext)) return p;
+        p = static_cast<CSyncMark*>(pNext);
+    }
+}

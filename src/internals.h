@@ -1,0 +1,121 @@
+// The library's own door to the private members of its classes.
+//
+// The public headers show only what hosts use. Inside, streams, marks and the container work on
+// each other's links and tables; they do it through these functions and nowhere else.
+#ifndef MLDS_INTERNALS_H
+#define MLDS_INTERNALS_H
+
+#include "mlds/plexa.h"
+#include "mlds/plexatest.h"
+#include "mlds/varlist.h"
+
+namespace mlds {
+
+/// Bits of a stream object's state.
+enum ObjectState : std::uint8_t {
+    osLinked = 1,    // lies in the chain of a stream (the links of other objects are stale)
+    osNumbered = 2,  // its order index follows its stream's numbering, see ordernumbering.h
+    osNewer = 4,     // linked after the numbering that its epoch names
+    osSentinel = 8   // an end of a stream, linked for ever
+};
+
+struct Internals {
+    // Stream objects
+    static CStreamObj*& Next(CStreamObj* p) { return p->m_pNext; }
+    static CStreamObj*& Prev(CStreamObj* p) { return p->m_pPrev; }
+    static CStreamObj* Neighbour(CStreamObj* p, bool bRight) {
+        return bRight ? p->m_pNext : p->m_pPrev;
+    }
+    static CStream* StreamOf(const CStreamObj* p) { return p->m_pStream; }
+    static bool IsToken(const CStreamObj* p) { return p->m_type == otToken; }
+    static bool IsSyncMark(const CStreamObj* p) { return p->m_type == otSyncMark; }
+    static std::uint8_t& State(CStreamObj* p) { return p->m_nState; }
+    static std::uint32_t& Epoch(CStreamObj* p) { return p->m_nEpoch; }
+    static std::uint32_t& Index(CStreamObj* p) { return p->m_nOrderIndex; }
+    static bool IsLinked(const CStreamObj* p) { return (p->m_nState & osLinked) != 0; }
+    static bool IsSentinel(const CStreamObj* p) { return (p->m_nState & osSentinel) != 0; }
+    static int SlotOf(const CStreamObj* p) { return p->m_nStreamIndex; }
+    static void Destroy(CStreamObj* p) { delete p; }
+
+    // Sync marks
+    static CSyncMark**& SyncList(CSyncMark* p) { return p->m_ppSyncList; }
+    static int RecordedStreams(const CSyncMark* p) { return p->m_nNumStreams; }
+    static void LeaveGroup(CSyncMark* p) { p->RemoveFromSyncList(); }
+    static CSyncMark* Counterpart(CSyncMark* p, int stream) {
+        return p->m_ppSyncList != nullptr ? p->m_ppSyncList[stream] : nullptr;
+    }
+    static CSyncMark* CounterpartOrSelf(CSyncMark* p, const CStream* pStream) {
+        if (p->m_pStream == pStream) return p;
+        return p->m_ppSyncList != nullptr ? p->m_ppSyncList[pStream->m_nIndex] : nullptr;
+    }
+
+    // Tokens
+    static FieldSlots*& Slots(CToken* p) { return p->m_pSlots; }
+    static std::uint16_t& ExtraOwners(CToken* p) { return p->m_nOwners; }
+
+    // Fields
+    static CFieldValueSet* Set(CField* p, int i) { return p->m_pSets[i]; }
+    static int NumSets(const CField* p) { return p->m_nSets; }
+    static bool OwnsSets(const CField* p) { return p->m_bOwner; }
+    static DerivedValues*& Derived(CField* p) { return p->m_pDerived; }
+    static CField*& ListedIn(CFieldValueSet* p) { return p->m_pListedIn; }
+
+    // Streams
+    static CStream* NewStream(CPlexa* pPlexa, int index);
+    static bool IsComplete(const CStream* p) {
+        return p->m_pText != nullptr && p->m_pFirst != nullptr && p->m_pLast != nullptr &&
+               p->m_pNumbering != nullptr;
+    }
+    static int IndexOf(const CStream* p) { return p->m_nIndex; }
+    static CPlexa* PlexaOf(const CStream* p) { return p->m_pPlexa; }
+    static CSyncMark* First(const CStream* p) { return p->m_pFirst; }
+    static CSyncMark* Last(const CStream* p) { return p->m_pLast; }
+    static const char* Name(const CStream* p) { return p->m_szName; }
+    static OrderNumbering* Numbering(const CStream* p) { return p->m_pNumbering; }
+    static int FieldIndex(CToken* p, const char* name) {
+        return p->m_pStream != nullptr ? p->m_pStream->GetFieldIndex(name) : -1;
+    }
+    static CField* Field(const CStream* p, int i) { return p->m_pFields[i]; }
+    static int NumFields(const CStream* p) { return p->m_nFields; }
+    static bool IsFenced(const CStream* p) { return p->m_bFence; }
+    static void SetFence(CStream* p, bool bOn);
+
+    // The container
+    static int NumStreams(const CPlexa* p) { return p->m_nStreams; }
+    static CStream* Stream(const CPlexa* p, int i) { return p->m_pStreams[i]; }
+    static bool AnyFence(const CPlexa* p) { return p->m_nFenced > 0; }
+    static bool HasViewer(const CPlexa* p) { return p->m_socket.m_sendSocket != 0; }
+    static bool IsDelayed(const CPlexa* p) { return p->m_bDelayDisplay; }
+    static CSyncMark* AdvanceMark(const CPlexa* p) {
+        return p->m_pTest != nullptr ? p->m_pTest->m_pAdvanceMark : nullptr;
+    }
+    static CVarList* TopVarList(const CPlexa* p) {
+        return p->m_nVarLists > 0 ? p->m_pVarLists[p->m_nVarLists - 1] : nullptr;
+    }
+    static CVarList*& FirstVarList(CPlexa* p) { return p->m_pFirstVarList; }
+    static void DropFromStack(CPlexa* p, const CVarList* pList);
+    static bool HasRoomOnStack(const CPlexa* p) { return p->m_nVarLists < CPlexa::kMaxVarLists; }
+    static void FollowTop(CPlexa* p) { p->FollowTopVarList(); }
+
+    // Variable lists
+    static void LetGoOfContainer(CVarList* p);
+    static CVarList* NextList(const CVarList* p) { return p->m_pNextList; }
+    static CPlexa* PlexaOf(const CVarList* p) { return p->m_pPlexa; }
+    static const bool* Fences(const CVarList* p) { return p->m_bFences; }
+    static int VarIndex(CVarList* p, const char* name) { return p->GetVarIndex(name); }
+    static CStreamObj** BoundVar(const CVarList* p, int i) { return p->m_ppBound[i]; }
+    static VarType TypeOf(const CVarList* p, int i) { return p->m_types[i]; }
+};
+
+inline bool IsUsable(const CStreamObj* p) {
+    return p != nullptr && Internals::IsLinked(p);
+}
+
+/// True if both lie in a stream, pLeft immediately left of pRight.
+inline bool AreNeighbours(CStreamObj* pLeft, CStreamObj* pRight) {
+    return IsUsable(pLeft) && IsUsable(pRight) && Internals::Next(pLeft) == pRight;
+}
+
+}  // namespace mlds
+
+#endif

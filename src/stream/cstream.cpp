@@ -1,0 +1,176 @@
+// Streams: making and destroying, names, fields, tokens, counters.
+#include <cstring>
+#include <new>
+
+#include "mlds/stream.h"
+#include "stream/fieldslots.h"
+#include "stream/ordernumbering.h"
+#include "stream/textbuffer.h"
+
+using mlds::Internals;
+
+CStream::CStream(CPlexa* pPlexa, int index)
+    : m_nIndex(index),
+      m_pPlexa(pPlexa),
+      m_pFirst(nullptr),
+      m_pLast(nullptr),
+      m_szName{},
+      m_pText(new (std::nothrow) char[mlds::kTextStep]{}),
+      m_szSyncMark{'|', '\0'},
+      m_nTextCapacity(mlds::kTextStep),
+      m_nFields(0),
+      m_nTokens(0),
+      m_nSyncMarks(0),
+      m_pFields{},
+      m_bQuiet(false),
+      m_bFence(false),
+      m_bOwner(true),
+      m_pNumbering(nullptr) {
+    m_pFirst = new CSyncMark(this);
+    m_pLast = new CSyncMark(this);
+    if (m_pFirst != nullptr && m_pLast != nullptr) {
+        m_pNumbering = new (std::nothrow) mlds::OrderNumbering(m_pFirst, m_pLast);
+    }
+}
+
+CStream* Internals::NewStream(CPlexa* pPlexa, int index) {
+    auto* pStream = new (std::nothrow) CStream(pPlexa, index);
+    if (pStream != nullptr && !IsComplete(pStream)) {
+        delete pStream;
+        return nullptr;
+    }
+    return pStream;
+}
+
+CStream::CStream(const CStream& other) : m_bOwner(false) {
+    *this = other;
+}
+
+CStream& CStream::operator=(const CStream& other) {
+    if (this == &other) return *this;
+    if (m_bOwner) Release();
+    m_nIndex = other.m_nIndex;
+    m_pPlexa = other.m_pPlexa;
+    m_pFirst = other.m_pFirst;
+    m_pLast = other.m_pLast;
+    std::memcpy(m_szName, other.m_szName, sizeof m_szName);
+    m_pText = other.m_pText;
+    std::memcpy(m_szSyncMark, other.m_szSyncMark, sizeof m_szSyncMark);
+    m_nTextCapacity = other.m_nTextCapacity;
+    m_nFields = other.m_nFields;
+    m_nTokens = other.m_nTokens;
+    m_nSyncMarks = other.m_nSyncMarks;
+    std::memcpy(m_pFields, other.m_pFields, sizeof m_pFields);
+    m_bQuiet = other.m_bQuiet;
+    m_bFence = other.m_bFence;
+    m_bOwner = false;
+    m_pNumbering = other.m_pNumbering;
+    return *this;
+}
+
+CStream::~CStream() {
+    if (m_bOwner) Release();
+}
+
+void CStream::Release() {
+    if (m_pNumbering != nullptr) StreamReset();
+    if (m_pFirst != nullptr) Internals::Destroy(m_pFirst);
+    if (m_pLast != nullptr) Internals::Destroy(m_pLast);
+    for (int i = 0; i < m_nFields; ++i) delete m_pFields[i];
+    delete[] m_pText;
+    delete m_pNumbering;
+}
+
+void CStream::StreamReset() {
+    while (Internals::Next(m_pFirst) != m_pLast) {
+        RemoveStreamObj(Internals::Next(m_pFirst), true);
+    }
+    m_pText[0] = '\0';
+}
+
+void CStream::SetStreamName(const char* name) {
+    if (name == nullptr || std::strlen(name) > kMaxName) return;
+    std::strcpy(m_szName, name);
+}
+
+char* CStream::GetStreamName() {
+    return m_szName;
+}
+
+int CStream::GetStreamIndex() {
+    return m_nIndex;
+}
+
+CPlexa* CStream::pGetStreamPlexa() {
+    return m_pPlexa;
+}
+
+CSyncMark* CStream::pGetFirstStreamObj() {
+    return m_pFirst;
+}
+
+CSyncMark* CStream::pGetLastStreamObj() {
+    return m_pLast;
+}
+
+CField* CStream::AddField(const char* name) {
+    if (name == nullptr || m_nFields == kMaxFields) return nullptr;
+    auto* pField = new (std::nothrow) CField(this);
+    if (pField == nullptr) return nullptr;
+    pField->SetFieldName(name);
+    m_pFields[m_nFields++] = pField;
+    return pField;
+}
+
+CField* CStream::GetField(int i) {
+    return i >= 0 && i < m_nFields ? m_pFields[i] : nullptr;
+}
+
+CField* CStream::GetField(const char* name) {
+    return GetField(GetFieldIndex(name));
+}
+
+int CStream::GetNumFields() {
+    return m_nFields;
+}
+
+int CStream::GetFieldIndex(const char* name) {
+    if (name == nullptr) return -1;
+    for (int i = 0; i < m_nFields; ++i) {
+        if (std::strcmp(m_pFields[i]->GetFieldName(), name) == 0) return i;
+    }
+    return -1;
+}
+
+namespace {
+
+// A token without its values is no token.
+CToken* Complete(CToken* pToken, const CStream* pStream) {
+    if (pToken != nullptr && !mlds::HasAllSlots(pToken, pStream)) {
+        delete pToken;
+        return nullptr;
+    }
+    return pToken;
+}
+
+}  // namespace
+
+CToken* CStream::CreateToken() {
+    return Complete(new CToken(this), this);
+}
+
+CToken* CStream::CreateToken(const char* name) {
+    return name != nullptr ? Complete(new CToken(this, name), this) : nullptr;
+}
+
+int CStream::GetNumTokens() {
+    return m_nTokens;
+}
+
+int CStream::GetNumSyncMarks() {
+    return m_nSyncMarks;
+}
+
+void CStream::Renumber() {
+    m_pNumbering->RenumberNow();
+}

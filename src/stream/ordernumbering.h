@@ -1,0 +1,85 @@
+// How a stream numbers its objects.
+//
+// An object linked between L and R gets the index midway between theirs. When no number is left
+// between them, the whole stream is numbered anew: the k-th of n - 1 objects gets k times
+// 0xFFFFFFFF / (n + 10). Material is nearly always inserted at one place, which uses up a gap every
+// 15 to 25 objects, so numbering at once would make building a stream quadratic. Here a new
+// numbering is only noted, and carried out when somebody reads an index that depends on it. Nobody
+// can see the difference.
+//
+// Words: an object is *numbered* if it was linked when the latest numbering was noted; its rank
+// then times the step is its index. It is *newer* if it was linked since; it has a midpoint. An
+// index is *computed* when the object's epoch is the stream's.
+//
+// Invariants, for the objects that carry osNumbered:
+//  1. A newer object's index is computed (midpoints are taken of computed indices).
+//  2. While no numbering is pending, every index is computed.
+//  3. While one is pending, no numbered object has left: ranks counted now, newer objects left out,
+//     are the ranks of the moment when it was noted.
+//  4. m_nLinked is the number of linked objects, and m_nLastRank, unless 0, the rank of m_pLast-
+//     Linked among them.
+//
+// A chain that holds objects of several streams, or was linked into through another stream, is
+// numbered at once whenever a gap is used up; its objects do not carry osNumbered.
+#ifndef MLDS_STREAM_ORDERNUMBERING_H
+#define MLDS_STREAM_ORDERNUMBERING_H
+
+#include "internals.h"
+
+namespace mlds {
+
+class OrderNumbering {
+public:
+    /// The numbering of the chain between two sentinels, which it links to each other.
+    OrderNumbering(CSyncMark* pFirst, CSyncMark* pLast);
+
+    /// Links an object between two neighbours, on behalf of the stream `pVia`.
+    static void Link(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight, const CStream* pVia);
+    /// Takes a linked object out of its chain; its own links and its index stay readable.
+    static void Unlink(CStreamObj* p);
+
+    static std::uint32_t IndexOf(CStreamObj* p) {
+        if ((Internals::State(p) & osNumbered) != 0) NumberingOf(p)->SettleFor(p);
+        return Internals::Index(p);
+    }
+
+    /// Numbers the whole stream at once.
+    void RenumberNow();
+
+private:
+    static OrderNumbering* NumberingOf(CStreamObj* p) {
+        return Internals::Numbering(Internals::StreamOf(p));
+    }
+    static bool IsInOwnChain(CStreamObj* p) {
+        return (Internals::State(p) & (osNumbered | osSentinel)) != 0;
+    }
+    static OrderNumbering* CommonNumbering(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight,
+                                           const CStream* pVia);
+    static void LinkAcrossStreams(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight);
+    static void RenumberChain(CStreamObj* pStart);
+
+    void LinkHere(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight);
+    std::uint32_t RankOfNew(CStreamObj* pLeft, CStreamObj* pRight) const;
+    std::uint32_t CountRank(CStreamObj* p) const;
+    void NoteNumbering(CStreamObj* p);
+    void Give(CStreamObj* p, std::uint32_t rank);
+    void NumberAtOnceFromNowOn();
+    void SettleFor(CStreamObj* p) {
+        if (Internals::Epoch(p) != m_nEpoch) Settle();
+    }
+    void Settle();
+
+    CStreamObj* m_pFirst;
+    CStreamObj* m_pLast;
+    std::uint32_t m_nEpoch = 0;
+    std::uint32_t m_nStep = 0;
+    std::uint32_t m_nLinked = 0;
+    std::uint32_t m_nLastRank = 0;
+    CStreamObj* m_pLastLinked = nullptr;
+    bool m_bPending = false;
+    bool m_bAtOnce = false;
+};
+
+}  // namespace mlds
+
+#endif

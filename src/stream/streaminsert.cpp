@@ -1,0 +1,104 @@
+// Streams: linking objects into the chain and taking them out.
+#include "mlds/okulog.h"
+#include "mlds/stream.h"
+#include "stream/ordernumbering.h"
+#include "viewer/report.h"
+
+using mlds::Internals;
+using mlds::OrderNumbering;
+
+namespace {
+
+constexpr int kInserted = 1003;
+constexpr int kRemoved = 1006;
+
+enum Where { whereCountOnly = 1, whereRight = 2, whereLeft = 3 };
+
+constexpr const char* kNextTo =
+    "CStream::InsertStreamObj(CStreamObj * pStreamObj, int InsertWhere, CStreamObj * pAt)";
+constexpr const char* kBetween =
+    "CStream::InsertStreamObj(CStreamObj * pToBeInserted, CStreamObj * pStreamObjLeft, "
+    "CStreamObj * pStreamObjRight)";
+
+// A token was about to touch a sentinel.
+bool RefuseAtSentinel(const char* signature, int line, const char* streamName) {
+    if (okuLog.m_nLevel >= 1) {
+        okuLog.logError("mlds", signature, "cstream", line, 1, 1750, streamName);
+    }
+    return false;
+}
+
+bool CanBeLinked(CStreamObj* p) {
+    return p != nullptr && !Internals::IsLinked(p) && Internals::StreamOf(p) != nullptr;
+}
+
+void CountAndReport(CStream* pStream, CStreamObj* p, int& nTokens, int& nSyncMarks) {
+    ++(Internals::IsToken(p) ? nTokens : nSyncMarks);
+    if (!pStream->m_bQuiet) mlds::Report(Internals::PlexaOf(pStream), kInserted, p);
+}
+
+}  // namespace
+
+bool CStream::InsertStreamObj(CStreamObj* pStreamObj, int InsertWhere, CStreamObj* pAt) {
+    if (InsertWhere == whereCountOnly) {
+        if (pStreamObj == nullptr) return false;
+        CountAndReport(this, pStreamObj, m_nTokens, m_nSyncMarks);
+        return true;
+    }
+    if (InsertWhere != whereRight && InsertWhere != whereLeft) return false;
+    if (!CanBeLinked(pStreamObj) || !mlds::IsUsable(pAt)) return false;
+    if (Internals::IsToken(pStreamObj)) {
+        const bool bAtSentinel = pAt == m_pFirst || pAt == m_pLast;
+        if (InsertWhere == whereLeft && (bAtSentinel || pAt == Internals::Next(m_pFirst))) {
+            return RefuseAtSentinel(kNextTo, 1048, m_szName);
+        }
+        if (InsertWhere == whereRight && (bAtSentinel || pAt == Internals::Prev(m_pLast))) {
+            return RefuseAtSentinel(kNextTo, 1060, m_szName);
+        }
+    }
+    CStreamObj* pLeft = InsertWhere == whereRight ? pAt : Internals::Prev(pAt);
+    CStreamObj* pRight = InsertWhere == whereRight ? Internals::Next(pAt) : pAt;
+    if (pLeft == nullptr || pRight == nullptr) return false;
+    OrderNumbering::Link(pStreamObj, pLeft, pRight, this);
+    CountAndReport(this, pStreamObj, m_nTokens, m_nSyncMarks);
+    return true;
+}
+
+bool CStream::InsertStreamObj(CStreamObj* pToBeInserted, CStreamObj* pStreamObjLeft,
+                              CStreamObj* pStreamObjRight) {
+    if (!CanBeLinked(pToBeInserted)) return false;
+    if (pStreamObjLeft == nullptr) {
+        if (!mlds::IsUsable(pStreamObjRight)) return false;
+        pStreamObjLeft = Internals::Prev(pStreamObjRight);
+    } else if (pStreamObjRight == nullptr) {
+        if (!mlds::IsUsable(pStreamObjLeft)) return false;
+        pStreamObjRight = Internals::Next(pStreamObjLeft);
+    }
+    if (!mlds::AreNeighbours(pStreamObjLeft, pStreamObjRight)) return false;
+    if (Internals::IsToken(pToBeInserted)) {
+        if (Internals::IsToken(pStreamObjLeft) || Internals::IsToken(pStreamObjRight)) return false;
+        if (pStreamObjLeft == m_pFirst) return RefuseAtSentinel(kBetween, 1149, m_szName);
+        if (pStreamObjRight == m_pLast) return RefuseAtSentinel(kBetween, 1158, m_szName);
+    }
+    OrderNumbering::Link(pToBeInserted, pStreamObjLeft, pStreamObjRight, this);
+    CountAndReport(this, pToBeInserted, m_nTokens, m_nSyncMarks);
+    return true;
+}
+
+CStreamObj* CStream::RemoveStreamObj(CStreamObj* p, bool bDelete) {
+    if (!mlds::IsUsable(p) || Internals::IsSentinel(p)) return nullptr;
+    --(Internals::IsSyncMark(p) ? m_nSyncMarks : m_nTokens);
+    // Removals are reported even by a quiet stream: its viewer must not keep what is gone.
+    mlds::Report(m_pPlexa, kRemoved, p);
+    OrderNumbering::Unlink(p);
+    if (bDelete) {
+        Internals::Destroy(p);
+        return nullptr;
+    }
+    if (Internals::IsSyncMark(p)) Internals::LeaveGroup(static_cast<CSyncMark*>(p));
+    return p;
+}
+
+void CStream::DiscardStreamObj(CStreamObj* p) {
+    if (p != nullptr && !Internals::IsLinked(p)) Internals::Destroy(p);
+}

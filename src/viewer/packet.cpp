@@ -7,7 +7,10 @@ CPacket::CPacket(void*, unsigned int) : CPacket(0) {}
 
 CPacket::CPacket(const CPacket&) : CPacket(0) {}
 
-CPacket& CPacket::operator=(const CPacket&) {
+CPacket& CPacket::operator=(const CPacket& other) {
+    m_nSize = other.m_nSize;
+    m_nCapacity = other.m_nCapacity;
+    m_nPosition = 0;
     return *this;
 }
 

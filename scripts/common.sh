@@ -1,0 +1,71 @@
+# What the scripts share. Sourced, not run.
+# shellcheck shell=bash disable=SC2034
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
+jobs=$(nproc 2>/dev/null || echo 2)
+
+# Recommended packages that we need stand here by name, because recommendations are not installed:
+# libclang-rt-14-dev holds clang's sanitizers and fuzzer, binutils has nm, diffutils has diff.
+build_packages=(g++ cmake ninja-build)
+example_packages=("${build_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev)
+test_packages=("${example_packages[@]}" clang-14 libclang-rt-14-dev clang-format-14 pkg-config git
+    binutils diffutils util-linux)
+
+step() {
+    current_step=$*
+    printf '\n==== %s\n' "$current_step"
+}
+
+die() {
+    printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+    exit 1
+}
+
+# Names the step that failed when a script ends early.
+report_failed_step() {
+    local status=$?
+    if [ "$status" -ne 0 ] && [ -n "${current_step:-}" ]; then
+        printf '\n==== FAILED in the step: %s\n' "$current_step" >&2
+    fi
+}
+trap report_failed_step EXIT
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        die "packages have to be installed, which needs root, and there is no sudo here." \
+            "Run as root: apt-get install --no-install-recommends ${missing_packages[*]}"
+    fi
+}
+
+is_installed() {
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# Installs those of the given Debian packages that are missing.
+need_packages() {
+    missing_packages=()
+    local package
+    for package in "$@"; do
+        is_installed "$package" || missing_packages+=("$package")
+    done
+    [ ${#missing_packages[@]} -gt 0 ] || return 0
+
+    command -v apt-get >/dev/null ||
+        die "this needs a Debian system, or these packages' equivalents: ${missing_packages[*]}"
+    step "install ${missing_packages[*]}"
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q </dev/null
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -q -y --no-install-recommends "${missing_packages[@]}" </dev/null
+}
+
+# build PRESET [CONFIGURE OPTION...]: a configured and built tree in build/PRESET.
+build() {
+    local preset=$1
+    shift
+    cmake --preset "$preset" "$@"
+    cmake --build --preset "$preset" --parallel "$jobs"
+}

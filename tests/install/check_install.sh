@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# check_install.sh BUILD_DIR WORK_DIR [--host-logger]
+#
+# Installs a built tree into a prefix of its own, moves the prefix somewhere else, and builds and
+# runs a program there: once with find_package, once with pkg-config. With --host-logger the
+# program brings the logger, as it must for a library built with MLDS_OKULOG=OFF.
+set -euo pipefail
+
+build=$1
+work=$2
+logger=${3:-}
+consumer=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/consumer
+cxx=${CXX:-c++}
+
+sources=("$consumer/main.cpp")
+has_logger=OFF
+if [ "$logger" = --host-logger ]; then
+    sources+=("$consumer/host_logger.cpp")
+    has_logger=ON
+fi
+
+expect_output() {
+    local output
+    output=$("$@")
+    printf '%s\n' "$output"
+    grep -qxF '||h|o|l|a||' <<<"$output" || { echo "unexpected output of $1" >&2; return 1; }
+    if [ "$has_logger" = ON ]; then
+        grep -q '^host logger: error 1750: ' <<<"$output" ||
+            { echo "the host's logger was not called by $1" >&2; return 1; }
+    fi
+}
+
+rm -rf "$work"
+mkdir -p "$work"
+work=$(cd "$work" && pwd)
+
+echo "== install, and move the installation"
+cmake --install "$build" --prefix "$work/first" >"$work/install.log"
+mv "$work/first" "$work/prefix"
+pc=$(find "$work/prefix" -name mlds.pc)
+[ -n "$pc" ] || { echo "no pkg-config file was installed" >&2; exit 1; }
+
+echo "== a program that uses find_package"
+cmake -S "$consumer" -B "$work/consumer" -DCMAKE_CXX_COMPILER="$cxx" \
+    -DCMAKE_PREFIX_PATH="$work/prefix" -DCONSUMER_HAS_LOGGER="$has_logger" >"$work/configure.log"
+cmake --build "$work/consumer" >"$work/build.log" || { cat "$work/build.log" >&2; exit 1; }
+expect_output "$work/consumer/consumer"
+
+echo "== a program that uses pkg-config, in C++11"
+export PKG_CONFIG_PATH
+PKG_CONFIG_PATH=$(dirname "$pc")
+read -ra flags <<<"$(pkg-config --cflags --libs mlds)"
+libdir=$(pkg-config --variable=libdir mlds)
+"$cxx" -std=c++11 -Wall -Wextra -Wpedantic -Werror "${sources[@]}" "${flags[@]}" \
+    -Wl,-rpath,"$libdir" -o "$work/consumer_pc"
+expect_output "$work/consumer_pc"
+[ "$(pkg-config --modversion mlds)" = "$(sed -n 's/^Version: //p' "$pc")" ]

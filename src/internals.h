@@ -21,6 +21,7 @@ enum ObjectState : std::uint8_t {
 
 struct Internals {
     // Stream objects
+    static_assert(CStreamObj::kLinked == osLinked);
     static CStreamObj*& Next(CStreamObj* p) { return p->m_pNext; }
     static CStreamObj*& Prev(CStreamObj* p) { return p->m_pPrev; }
     static CStreamObj* Neighbour(CStreamObj* p, bool bRight) {
@@ -28,6 +29,7 @@ struct Internals {
     }
     static CStream* StreamOf(const CStreamObj* p) { return p->m_pStream; }
     static bool IsToken(const CStreamObj* p) { return p->m_type == otToken; }
+    static bool IsOfType(const CStreamObj* p, ObjectType type) { return p->m_type == type; }
     static bool IsSyncMark(const CStreamObj* p) { return p->m_type == otSyncMark; }
     static std::uint8_t& State(CStreamObj* p) { return p->m_nState; }
     static std::uint32_t& Epoch(CStreamObj* p) { return p->m_nEpoch; }
@@ -56,9 +58,9 @@ struct Internals {
     // Fields
     static CFieldValueSet* Set(CField* p, int i) { return p->m_pSets[i]; }
     static int NumSets(const CField* p) { return p->m_nSets; }
-    static bool OwnsSets(const CField* p) { return p->m_bOwner; }
     static DerivedValues*& Derived(CField* p) { return p->m_pDerived; }
     static CField*& ListedIn(CFieldValueSet* p) { return p->m_pListedIn; }
+    static int& Users(CFieldValueSet* p) { return p->m_nUsers; }
 
     // Streams
     static CStream* NewStream(CPlexa* pPlexa, int index);
@@ -104,11 +106,30 @@ struct Internals {
     static const bool* Fences(const CVarList* p) { return p->m_bFences; }
     static int VarIndex(CVarList* p, const char* name) { return p->GetVarIndex(name); }
     static CStreamObj** BoundVar(const CVarList* p, int i) { return p->m_ppBound[i]; }
+    static bool HasVarOfKind(const CVarList* p, int i, bool bToken) {
+        return p->HasVarOfKind(i, bToken);
+    }
     static VarType TypeOf(const CVarList* p, int i) { return p->m_types[i]; }
 };
 
 inline bool IsUsable(const CStreamObj* p) {
     return p != nullptr && Internals::IsLinked(p);
+}
+
+/// True if the stream or object was made for a stream of this container. Null belongs nowhere.
+inline bool BelongsTo(const CPlexa* pPlexa, const CStream* pStream) {
+    return pStream != nullptr && Internals::PlexaOf(pStream) == pPlexa;
+}
+
+inline bool BelongsTo(const CPlexa* pPlexa, const CStreamObj* p) {
+    return p != nullptr && BelongsTo(pPlexa, Internals::StreamOf(p));
+}
+
+/// True if the object can be linked into a stream of the container: a token or mark of one of its
+/// streams that is not linked yet.
+inline bool IsInsertable(const CPlexa* pPlexa, const CStreamObj* p) {
+    return BelongsTo(pPlexa, p) && !Internals::IsLinked(p) &&
+           (Internals::IsToken(p) || Internals::IsSyncMark(p));
 }
 
 /// True if both lie in a stream, pLeft immediately left of pRight.

@@ -24,6 +24,7 @@ class CMessageSocket;
 class CPacket;
 class CPlexa;
 class CPlexaTest;
+class CPlexaTestObserver;
 class CStream;
 class CStreamObj;
 class CSyncMark;
@@ -33,7 +34,6 @@ class CVarList;
 namespace mlds {
 struct Internals;      // the library's own door to private members
 class OrderNumbering;  // how a stream numbers its objects
-class NameIndex;       // a field's possible values, by text
 struct SyncTable;      // what the members of a synchrony group share
 struct FieldSlots;     // a token's field values
 struct DerivedValues;  // a field's values by name value

@@ -32,7 +32,7 @@ public:
     /// An empty set over the values of `pField`. A set made here belongs to the caller; a field
     /// makes its own with CField::CreateFieldValueSet.
     CFieldValueSet(CField* pField, int index);
-    /// A copy shares the source's ranges and must not outlive it.
+    /// A copy shares the source's ranges.
     CFieldValueSet(const CFieldValueSet& other);
     CFieldValueSet& operator=(const CFieldValueSet& other);
     ~CFieldValueSet();
@@ -48,9 +48,9 @@ public:
     /// Sets n inclusive ranges from 2n bounds, low and high in turn; texts stand for possible
     /// values (-1 when unknown). Ignored when ranges are already set.
     void SetIncludeRanges(const char* const* bounds, int n);
-    void SetIncludeRanges(int* bounds, int n);
+    void SetIncludeRanges(const int* bounds, int n);
     void SetExcludeRanges(const char* const* bounds, int n);
-    void SetExcludeRanges(int* bounds, int n);
+    void SetExcludeRanges(const int* bounds, int n);
     /// Adds a single value; an unknown text is added as -1. A 31st value is ignored.
     void AddIncludeValue(const char* value);
     void AddIncludeValue(int value);
@@ -81,8 +81,8 @@ private:
     int m_IncludeValues[kMaxValues];
     int m_ExcludeValues[kMaxValues];
 
-    bool m_bOwner;        // the ranges are this object's own
     CField* m_pListedIn;  // the field whose list holds this set, told when the set changes
+    int m_nUsers;         // the fields that list this set, memberwise copies included
 };
 
 /// A field of a stream: its type, possible values, defaults and field value sets.
@@ -90,7 +90,7 @@ class MLDS_API CField {
 public:
     /// An empty field of type fvEnum. Fields of a stream are made by CStream::AddField.
     explicit CField(CStream* pStream);
-    /// A copy shares the source's values, defaults and sets and must not outlive it.
+    /// A copy shares the source's values, defaults and sets.
     CField(const CField& other);
     CField& operator=(const CField& other);
     ~CField();
@@ -155,8 +155,7 @@ private:
     CFieldValueSet* m_pSets[kMaxSets];
     int m_nSets;
 
-    bool m_bOwner;                    // the blocks above are this object's own
-    mlds::NameIndex* m_pIndex;        // the possible values by text
+    std::int32_t* m_pIndex;           // the possible values by text, see mlds::NameIndex
     mlds::DerivedValues* m_pDerived;  // what names give this field, remembered
 };
 

@@ -104,7 +104,8 @@ class MLDS_API CPlexa final : public CPlexaBase {
 public:
     /// An empty container. The engine is stored for getEngine and may be null.
     explicit CPlexa(CEngine* pEngine);
-    /// A copy shares everything with its source, owns nothing, and must not outlive it.
+    /// A copy shares everything with its source and must not outlive it. Assigning to a container
+    /// that is no copy does nothing.
     CPlexa(const CPlexa& other);
     CPlexa& operator=(const CPlexa& other);
     /// Destroys all streams with their objects and fields.
@@ -233,8 +234,11 @@ public:
     bool Fence(int streamIndex);
     bool Fence(const char* name);
 
-    /// Evaluates a compiled test of the host's rules. Not available yet: false.
+    /// Evaluates a compiled test of the host's rules, see CPlexaTest::Test.
     bool Test(const char* name, unsigned char const (*const program)[5], int base);
+
+    /// Has every test of this container watched; null ends that. The observer stays the caller's.
+    void SetTestObserver(CPlexaTestObserver* pObserver);
 
     /// Reports to the viewer; the argument is the object, list or text that the code concerns.
     /// Does nothing while no viewer is connected.
@@ -257,6 +261,7 @@ private:
 
     unsigned int incr_SearchNumber();
     void Release();
+    void LetGoOfVarLists();
     void FollowTopVarList();
     void InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,
                     int count);

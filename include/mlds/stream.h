@@ -80,18 +80,18 @@ protected:
 /// Streams are made and destroyed by their container.
 class MLDS_API CStream final : public CStreamBase {
 public:
-    /// A copy shares chain, fields and text with its source, owns none of them, and must not
-    /// outlive it.
+    /// A copy shares chain, fields and text with its source and must not outlive it. Assigning to a
+    /// stream of a container does nothing.
     CStream(const CStream& other);
     CStream& operator=(const CStream& other);
     /// The container destroys its streams; nobody else may.
     ~CStream();
 
     char* GetStreamName() override;
-    int GetStreamIndex() override;
+    int GetStreamIndex() override { return m_nIndex; }
     CPlexa* pGetStreamPlexa() override;
-    CSyncMark* pGetFirstStreamObj() override;
-    CSyncMark* pGetLastStreamObj() override;
+    CSyncMark* pGetFirstStreamObj() override { return m_pFirst; }
+    CSyncMark* pGetLastStreamObj() override { return m_pLast; }
     bool InsertStreamObj(CStreamObj* pToBeInserted, CStreamObj* pStreamObjLeft,
                          CStreamObj* pStreamObjRight) override;
     bool InsertStreamObj(CStreamObj* pStreamObj, int InsertWhere, CStreamObj* pAt) override;
@@ -138,6 +138,7 @@ private:
 
     CStream(CPlexa* pPlexa, int index);
     void Release();
+    CStream* Owner();
     bool GrowText(std::size_t length, std::size_t needed);
 
     int m_nIndex;
@@ -163,5 +164,29 @@ private:
     bool m_bOwner;                       // what the pointers hold is this object's own
     mlds::OrderNumbering* m_pNumbering;  // owned like the rest
 };
+
+// What hosts call for every object of a walk, open to the compiler.
+
+inline CToken* CStreamObj::GetNextToken() {
+    return static_cast<CToken*>(Nearest(otToken, true));
+}
+
+inline CToken* CStreamObj::GetPrevToken() {
+    return static_cast<CToken*>(Nearest(otToken, false));
+}
+
+inline CSyncMark* CStreamObj::GetNextSyncMark() {
+    return static_cast<CSyncMark*>(Nearest(otSyncMark, true));
+}
+
+inline CSyncMark* CStreamObj::GetPrevSyncMark() {
+    return static_cast<CSyncMark*>(Nearest(otSyncMark, false));
+}
+
+inline CSyncMark* CSyncMark::GetCorrespondingSyncMark(CStream* pStream) {
+    if (pStream == nullptr) return nullptr;
+    if (GetStream() == pStream) return this;
+    return m_ppSyncList != nullptr ? m_ppSyncList[pStream->GetStreamIndex()] : nullptr;
+}
 
 #endif

@@ -59,22 +59,27 @@ public:
     virtual unsigned int GetOrderIndex() = 0;
 
 protected:
+    CStreamObjBase() = default;
+    CStreamObjBase(const CStreamObjBase&) = default;
+    CStreamObjBase& operator=(const CStreamObjBase&) = default;
     ~CStreamObjBase() = default;
 };
 
 /// A link in the chain of one stream: a token or a sync mark.
 class MLDS_API CStreamObj : public CStreamObjBase {
 public:
-    CStream* GetStream() override;
-    bool GetObjectType(ObjectType type) override;
-    ObjectType GetObjectType() override;
+    CStream* GetStream() override { return m_pStream; }
+    bool GetObjectType(ObjectType type) override { return m_type == type; }
+    ObjectType GetObjectType() override { return m_type; }
     CStreamObj* GetAdjacentStreamObj(ScanDirectionType direction, bool bFenceCheck) override;
     CStreamObj* GetAdjacentStreamObj(ScanDirectionType direction, ObjectType type,
                                      bool bFenceCheck) override;
     CStreamObj* GetAdjacentStreamObj(ScanDirectionType direction, ObjectType type) override;
-    CStreamObj* GetAdjacentStreamObj(ScanDirectionType direction) override;
-    CStreamObj* GetNextStreamObj() override;
-    CStreamObj* GetPrevStreamObj() override;
+    CStreamObj* GetAdjacentStreamObj(ScanDirectionType direction) override {
+        return direction == sdRight ? m_pNext : m_pPrev;
+    }
+    CStreamObj* GetNextStreamObj() override { return m_pNext; }
+    CStreamObj* GetPrevStreamObj() override { return m_pPrev; }
     CToken* GetNextToken() override;
     CToken* GetPrevToken() override;
     CSyncMark* GetNextSyncMark() override;
@@ -83,7 +88,10 @@ public:
 
 protected:
     explicit CStreamObj(CStream* pStream);
-    /// A copy has the same members and is itself in no stream.
+    /// For a stream that may be gone already.
+    CStreamObj(CStream* pStream, int streamIndex);
+    /// A copy has the same members and is itself in no stream. An object that is in a stream keeps
+    /// its place when it is assigned to.
     CStreamObj(const CStreamObj& other);
     CStreamObj& operator=(const CStreamObj& other);
     virtual ~CStreamObj();
@@ -101,12 +109,21 @@ public:
     /// True if both objects belong to the same stream and this one's order index is the higher.
     bool RightOf(CStreamObj* p);
 
-    /// Objects come from the library's own pools. Null when memory runs out.
+    /// Plain `new` gives null when memory runs out, and throws nothing.
     static void* operator new(std::size_t size) noexcept;
     static void operator delete(void* p, std::size_t size) noexcept;
 
 private:
     friend struct mlds::Internals;
+
+    static constexpr std::uint8_t kLinked = 1;  // the bit of m_nState
+
+    CStreamObj* Nearest(ObjectType type, bool bRight) {
+        if ((m_nState & kLinked) == 0) return nullptr;
+        CStreamObj* p = bRight ? m_pNext : m_pPrev;
+        while (p != nullptr && p->m_type != type) p = bRight ? p->m_pNext : p->m_pPrev;
+        return p;
+    }
 
     CStream* m_pStream;
     CStreamObj* m_pNext;

@@ -33,7 +33,8 @@ class MLDS_API CSyncMark final : public CSyncMarkBase {
 public:
     /// A mark for `pStream`, linked nowhere and synchronous with nothing.
     explicit CSyncMark(CStream* pStream);
-    /// A copy points to the same group without being listed in it, and is in no stream.
+    /// A copy points to the same group without being listed in it, and is in no stream. Assigning
+    /// to a mark that is in a stream does nothing.
     CSyncMark(const CSyncMark& other);
     CSyncMark& operator=(const CSyncMark& other);
 
@@ -53,7 +54,7 @@ public:
     bool SetToSynchronous(CSyncMark* pOther, bool bReplace);
 
     /// True if this mark is in a group.
-    bool IsSynchronous();
+    bool IsSynchronous() { return m_ppSyncList != nullptr; }
     /// True if this mark's group has a member in the stream.
     bool IsSynchronous(int streamIndex);
     bool IsSynchronous(CStream* pStream);
@@ -72,10 +73,13 @@ private:
 
     ~CSyncMark() override;
     void RemoveFromSyncList();
+    void LeaveEndedGroup();
 
     CSyncMark** m_ppSyncList;
     std::uint32_t m_nSearchNumber;
     int m_nNumStreams;
 };
+
+#include "mlds/stream.h"  // for what is defined inline there
 
 #endif

@@ -24,6 +24,7 @@ public:
 
 protected:
     explicit CTokenBase(CStream* pStream) : CStreamObj(pStream) {}
+    CTokenBase(CStream* pStream, int streamIndex) : CStreamObj(pStream, streamIndex) {}
     CTokenBase(const CTokenBase&) = default;
     CTokenBase& operator=(const CTokenBase&) = default;
     ~CTokenBase() override = default;
@@ -88,5 +89,7 @@ private:
     char m_szChar[2];
     std::uint16_t m_nOwners;  // variable lists that share this token as a duplicate, less one
 };
+
+#include "mlds/stream.h"  // for what is defined inline there
 
 #endif

@@ -5,7 +5,7 @@
 using mlds::Internals;
 
 bool CPlexa::DeleteStreamSyncMark(CStream* pFrom, CSyncMark* pSyncMark) {
-    if (pFrom == nullptr || pSyncMark == nullptr) return false;
+    if (!mlds::BelongsTo(this, pFrom) || !mlds::BelongsTo(this, pSyncMark)) return false;
     CSyncMark* pMark = Internals::CounterpartOrSelf(pSyncMark, pFrom);
     if (!mlds::IsUsable(pMark) || Internals::IsSentinel(pMark)) return false;
     if (Internals::IsToken(Internals::Next(pMark)) && Internals::IsToken(Internals::Prev(pMark))) {
@@ -17,7 +17,10 @@ bool CPlexa::DeleteStreamSyncMark(CStream* pFrom, CSyncMark* pSyncMark) {
 
 bool CPlexa::DeleteStreamItems(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRight,
                                BufferSyncMarkInsertionType type) {
-    if (pFrom == nullptr || pLeft == nullptr || pRight == nullptr) return false;
+    if (!mlds::BelongsTo(this, pFrom) || !mlds::BelongsTo(this, pLeft) ||
+        !mlds::BelongsTo(this, pRight)) {
+        return false;
+    }
     // The outermost objects stay as bounding marks, whatever goes between them.
     CStreamObj* pOutermostLeft = Internals::Next(Internals::First(pFrom));
     CStreamObj* pOutermostRight = Internals::Prev(Internals::Last(pFrom));
@@ -45,23 +48,26 @@ bool CPlexa::DeleteStreamItems(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRig
 }
 
 bool CPlexa::StripOutTokens(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRight, CToken* pToken) {
-    if (pFrom == nullptr || !mlds::IsUsable(pLeft) || pRight == nullptr || pToken == nullptr) {
+    if (!mlds::BelongsTo(this, pFrom) || !mlds::BelongsTo(this, pRight) || pToken == nullptr) {
         return false;
     }
-    if (Internals::StreamOf(pLeft) != pFrom) return false;
+    if (!mlds::IsUsable(pLeft) || Internals::StreamOf(pLeft) != pFrom) return false;
     // Noted first: the pattern may be one of the tokens that go.
     const int pattern = pToken->GetFieldValueIndex("name");
     CSyncMark* pStart = nullptr;
     CSyncMark* pEnd = nullptr;
     BracketToken(pLeft, sdRight, &pStart, &pEnd, nullptr, nullptr);
-    while (Context(pEnd, pRight, sdRight)) {
+    while (pStart != nullptr && Context(pEnd, pRight, sdRight)) {
         CStreamObj* pCandidate = Internals::Next(pStart);
         if (Internals::IsToken(pCandidate) &&
             static_cast<CToken*>(pCandidate)->GetFieldValueIndex("name") == pattern) {
             pFrom->RemoveStreamObj(pCandidate, true);
             pFrom->RemoveStreamObj(pStart, true);
         }
-        BracketToken(pEnd, sdRight, &pStart, &pEnd, nullptr, nullptr);
+        CSyncMark* pWas = pEnd;
+        BracketToken(pWas, sdRight, &pStart, &pEnd, nullptr, nullptr);
+        // Marks of other streams in the chain could lead back.
+        if (pEnd != nullptr && !pWas->LeftOf(pEnd)) break;
     }
     return true;
 }

@@ -7,8 +7,11 @@ using mlds::Internals;
 
 namespace {
 
-bool IsInsertable(CStreamObj* p) {
-    return p != nullptr && !Internals::IsLinked(p) && Internals::StreamOf(p) != nullptr;
+bool AreInsertable(CPlexa* pPlexa, CStreamObj** objs, int count) {
+    for (int i = 0; i < count; ++i) {
+        if (!mlds::IsInsertable(pPlexa, objs[i])) return false;
+    }
+    return true;
 }
 
 // Where an object goes that was given only a left mark: before what follows, unless that would join
@@ -29,7 +32,7 @@ CStreamObj* LeftPlaceFor(CStreamObj* pObj, CStream* pStream, CSyncMark* pRight) 
 
 bool CPlexa::InsertStreamObject(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
                                 CStreamObj* pObj) {
-    if (pInto == nullptr || !IsInsertable(pObj)) return false;
+    if (!mlds::BelongsTo(this, pInto) || !mlds::IsInsertable(this, pObj)) return false;
     Bounds bounds;
     if (!bounds.Carry(this, pInto, pLeft, pRight)) return false;
     CStreamObj* pFrom = bounds.pLeft;
@@ -52,7 +55,8 @@ bool CPlexa::InsertStreamObject(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRi
 
 bool CPlexa::InsertStreamObjects(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
                                  CStreamObj** objs, int count) {
-    if (pInto == nullptr || (objs == nullptr && count > 0)) return false;
+    if (!mlds::BelongsTo(this, pInto) || (objs == nullptr && count > 0)) return false;
+    if (!AreInsertable(this, objs, count)) return false;
     if (pLeft == nullptr && pRight == nullptr && count > 0) return false;
     Bounds bounds;
     if (!bounds.Carry(this, pInto, pLeft, pRight)) return false;
@@ -83,7 +87,7 @@ void CPlexa::InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStr
                         int count) {
     for (int i = 0; i < count; ++i) {
         CStreamObj* pObj = objs[i];
-        if (!IsInsertable(pObj)) continue;
+        if (Internals::IsLinked(pObj)) continue;  // it stands in the list twice
         if (Internals::IsToken(pObj) && Internals::IsToken(pFrom)) {
             CSyncMark* pBetween = mlds::InsertNewMark(pInto, pFrom, pTo);
             if (pBetween != nullptr) pFrom = pBetween;

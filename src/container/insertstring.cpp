@@ -2,6 +2,7 @@
 #include "container/hostvariable.h"
 #include "container/notation.h"
 #include "container/placing.h"
+#include "container/textcopy.h"
 #include "internals.h"
 #include "stream/fieldslots.h"
 
@@ -117,14 +118,16 @@ public:
           m_bMarkNeeded(bounds.pLeft != nullptr && bounds.pLeft == bounds.pRight),
           m_copies(copies) {}
 
-    /// False as soon as the stream refuses a plain token.
+    /// False as soon as the stream refuses a plain token, and when memory runs out.
     bool Run(NotationReader reader) {
         Item item;
         while (reader.Next(item) && item.kind != ItemKind::end) {
-            if (!Do(item)) return false;
+            if (!Do(item) || m_bOutOfMemory) return false;
         }
         return true;
     }
+
+    bool IsOutOfMemory() const { return m_bOutOfMemory; }
 
     /// A variable that no token came for gets the right mark.
     void BindPendingToRight() {
@@ -138,8 +141,8 @@ private:
             case ItemKind::streamSwitch: m_pCurrent = m_pPlexa->pStream(PartText(item.part)); break;
             case ItemKind::token: return DoToken(item);
             case ItemKind::fieldList: {
-                Open();
-                CToken* pToken = m_pCurrent->CreateToken(PartText(item.part));
+                if (!Open()) break;
+                CToken* pToken = Make(item);
                 if (pToken == nullptr) break;
                 SetFields(pToken, item.fields);
                 Place(pToken);
@@ -147,8 +150,11 @@ private:
             }
             case ItemKind::copy:
                 Variable(PartText(item.part));
-                Open();
-                Place(m_copies.Take());
+                if (CToken* pCopy = m_copies.Take(); Open()) {
+                    Place(pCopy);
+                } else {
+                    delete pCopy;
+                }
                 break;
             case ItemKind::binding: m_ppPending = Variable(PartText(item.part)); break;
         }
@@ -156,26 +162,34 @@ private:
     }
 
     bool DoToken(const Item& item) {
-        Open();
-        CToken* pToken = m_pCurrent->CreateToken(PartText(item.part));
+        CToken* pToken = Open() ? Make(item) : nullptr;
         const bool bPlaced = pToken != nullptr && Place(pToken);
         return bPlaced || !item.bPlain;
     }
 
+    CToken* Make(const Item& item) {
+        CToken* pToken = m_pCurrent->CreateToken(PartText(item.part));
+        if (pToken == nullptr) m_bOutOfMemory = true;
+        return pToken;
+    }
+
     // Makes room for the next token: every token but the first gets a mark of the target stream in
     // front of it, placed through the current stream. The mark is what a pending variable gets.
-    void Open() {
+    // False if there is no room.
+    bool Open() {
         if (m_bMarkNeeded) {
             CSyncMark* pMark = new CSyncMark(m_pTarget);
-            if (pMark != nullptr && m_pCurrent->InsertStreamObj(pMark, 3, m_pRight)) {
-                m_pLeft = pMark;
-            } else {
+            if (pMark == nullptr) m_bOutOfMemory = true;
+            if (pMark == nullptr || !m_pCurrent->InsertStreamObj(pMark, 3, m_pRight)) {
                 CStream::DiscardStreamObj(pMark);
+                return false;
             }
+            m_pLeft = pMark;
         }
         m_bMarkNeeded = true;
         if (m_ppPending != nullptr) mlds::WriteHostVariable(m_ppPending, m_pLeft);
         m_ppPending = nullptr;
+        return true;
     }
 
     // A token that the stream refuses is gone.
@@ -222,6 +236,7 @@ private:
     CSyncMark* m_pLeft;
     CSyncMark* m_pRight;
     bool m_bMarkNeeded;
+    bool m_bOutOfMemory = false;
     CStreamObj** m_ppPending = nullptr;
     TokenQueue& m_copies;
 };
@@ -246,8 +261,10 @@ bool OpenPlace(CStream* pTarget, Bounds& bounds) {
 }  // namespace
 
 bool CPlexa::InsertString(CStream* pInto, const char* text, CSyncMark* pLeft, CSyncMark* pRight) {
-    if (pInto == nullptr || text == nullptr) return false;
-    const NotationReader reader(text, NameType(pInto));
+    if (!mlds::BelongsTo(this, pInto) || text == nullptr) return false;
+    const mlds::TextCopy copy(text);
+    if (copy.get() == nullptr) return false;
+    const NotationReader reader(copy.get(), NameType(pInto));
     TokenQueue copies;
     NotationCheck check(this, pInto, pLeft != nullptr || pRight != nullptr, copies);
     if (!check.Accepts(reader)) return false;
@@ -256,11 +273,11 @@ bool CPlexa::InsertString(CStream* pInto, const char* text, CSyncMark* pLeft, CS
     DelayMessageDisplay(true);
     NotationRun run(this, pInto, bounds, copies);
     // A host that sees a plain token refused mends the stream with the display still delayed.
-    if (!run.Run(reader)) return false;
+    if (!run.Run(reader) && !run.IsOutOfMemory()) return false;
     DelayMessageDisplay(false);
     run.BindPendingToRight();
     RankPopulatedStreams();
-    return true;
+    return !run.IsOutOfMemory();
 }
 
 bool CPlexa::InsertString(const char* text, CSyncMark* pLeft, CSyncMark* pRight) {

@@ -1,5 +1,6 @@
 // Filling a stream from a text without notation: one token per character.
 #include "container/placing.h"
+#include "container/textcopy.h"
 #include "internals.h"
 
 using mlds::Bounds;
@@ -22,11 +23,14 @@ bool OpenPlace(CStream* pInto, Bounds& bounds) {
 bool CPlexa::InsertLiteralString(CStream* pInto, const char* text, CSyncMark* pLeft,
                                  CSyncMark* pRight) {
     if (pLeft == nullptr && pRight == nullptr) return false;
-    if (pInto == nullptr || text == nullptr || pInto->GetFieldIndex("name") < 0) return false;
+    if (!mlds::BelongsTo(this, pInto) || text == nullptr) return false;
+    if (pInto->GetFieldIndex("name") < 0) return false;
+    const mlds::TextCopy copy(text);
+    if (copy.get() == nullptr) return false;
     Bounds bounds;
     if (!bounds.Carry(this, pInto, pLeft, pRight) || !OpenPlace(pInto, bounds)) return false;
-    for (; *text != '\0'; ++text) {
-        const char name[2] = {*text, '\0'};
+    for (const char* p = copy.get(); *p != '\0'; ++p) {
+        const char name[2] = {*p, '\0'};
         CToken* pToken = pInto->CreateToken(name);
         if (pToken == nullptr) return false;
         InsertStreamObject(pInto, nullptr, bounds.pRight, pToken);

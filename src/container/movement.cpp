@@ -4,7 +4,7 @@
 using mlds::Internals;
 
 bool CPlexa::Adjacent(CSyncMark* pFirst, CSyncMark* pSecond) {
-    if (pFirst == nullptr || pSecond == nullptr) return false;
+    if (!mlds::BelongsTo(this, pFirst) || !mlds::BelongsTo(this, pSecond)) return false;
     CStreamObj* p = pFirst->GetCorrespondingSyncMark(Internals::StreamOf(pSecond));
     while (mlds::IsUsable(p) && p->LeftOf(pSecond)) {
         if (Internals::IsToken(p)) return false;
@@ -18,9 +18,10 @@ bool CPlexa::BracketToken(CSyncMark* pSyncMark, ScanDirectionType direction, CSy
     if (ppLeft == nullptr || ppRight == nullptr) return false;
     *ppLeft = nullptr;
     *ppRight = nullptr;
-    if (pSyncMark == nullptr) return false;
+    if (!mlds::BelongsTo(this, pSyncMark)) return false;
     if (pFromStream == nullptr) pFromStream = Internals::StreamOf(pSyncMark);
     if (pToStream == nullptr) pToStream = pFromStream;
+    if (!mlds::BelongsTo(this, pToStream)) return false;
     CSyncMark* pStart = Context(pFromStream, pSyncMark, direction);
     if (pStart == nullptr) return false;
     CSyncMark* pNear = pStart->UptoTokens(direction, 0);
@@ -33,7 +34,7 @@ bool CPlexa::BracketToken(CSyncMark* pSyncMark, ScanDirectionType direction, CSy
 }
 
 CSyncMark* CPlexa::Move(CStream* pInto, CSyncMark* pSyncMark, ScanDirectionType direction) {
-    if (pSyncMark == nullptr || pInto == nullptr) return nullptr;
+    if (!mlds::BelongsTo(this, pSyncMark) || !mlds::BelongsTo(this, pInto)) return nullptr;
     CSyncMark* p = pSyncMark->GetCorrespondingSyncMark(pInto);
     if (!mlds::IsUsable(p)) return nullptr;
     for (;;) {

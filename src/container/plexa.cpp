@@ -50,13 +50,14 @@ CPlexa::CPlexa(CEngine* pEngine)
     LogDebug("CPlexa::CPlexa()", 49, "returning");
 }
 
-CPlexa::CPlexa(const CPlexa& other) : m_bOwner(false) {
+CPlexa::CPlexa(const CPlexa& other) : m_bOwner(false), m_pFirstVarList(nullptr) {
     *this = other;
 }
 
 CPlexa& CPlexa::operator=(const CPlexa& other) {
-    if (this == &other) return *this;
-    if (m_bOwner) Release();
+    // An owner keeps what it has: everything in it would be lost.
+    if (this == &other || m_bOwner) return *this;
+    LetGoOfVarLists();
     m_socket = other.m_socket;
     m_bDelayDisplay = other.m_bDelayDisplay;
     m_bMessageEngine = other.m_bMessageEngine;
@@ -76,7 +77,6 @@ CPlexa& CPlexa::operator=(const CPlexa& other) {
     m_nSearchNumber = other.m_nSearchNumber;
     m_pMessageBuffer = other.m_pMessageBuffer;
     m_nMessageCapacity = other.m_nMessageCapacity;
-    m_bOwner = false;
     m_nFenced = other.m_nFenced;
     m_ppWorkStack = other.m_ppWorkStack;
     m_pFirstVarList = nullptr;
@@ -85,8 +85,14 @@ CPlexa& CPlexa::operator=(const CPlexa& other) {
 
 CPlexa::~CPlexa() {
     LogDebug("CPlexa::~CPlexa()", 57, "enter");
+    LetGoOfVarLists();
     if (m_bOwner) Release();
     LogDebug("CPlexa::~CPlexa()", 68, "returning");
+}
+
+// Lists may outlive their container.
+void CPlexa::LetGoOfVarLists() {
+    while (m_pFirstVarList != nullptr) Internals::LetGoOfContainer(m_pFirstVarList);
 }
 
 void CPlexa::Release() {
@@ -96,9 +102,10 @@ void CPlexa::Release() {
     }
     delete[] m_pMessageBuffer;
     mlds::platform::WSACleanup();
-    while (m_pFirstVarList != nullptr) Internals::LetGoOfContainer(m_pFirstVarList);
     delete m_pTest;
     m_pTest = nullptr;
+    // Emptied before any goes: an object may lie in the chain of another stream than its own.
+    for (int i = 0; i < m_nStreams; ++i) m_pStreams[i]->StreamReset();
     for (int i = 0; i < m_nStreams; ++i) delete m_pStreams[i];
     delete[] m_ppWorkStack;
 }
@@ -162,4 +169,8 @@ unsigned int CPlexa::incr_SearchNumber() {
 
 bool CPlexa::Test(const char* name, unsigned char const (*const program)[5], int base) {
     return m_pTest != nullptr && m_pTest->Test(name, program, base);
+}
+
+void CPlexa::SetTestObserver(CPlexaTestObserver* pObserver) {
+    if (m_pTest != nullptr) m_pTest->SetObserver(pObserver);
 }

@@ -64,7 +64,7 @@ Place FindPlace(CPlexa* pPlexa, CStream* pTarget, CSyncMark* pSyncMark) {
 
 CSyncMark* CPlexa::ProjectSyncMark(CStream* pTargetStream, CSyncMark* pSyncMark,
                                    CSyncMark* pSyncMarkDisambiguator) {
-    if (pSyncMark == nullptr || pTargetStream == nullptr) return nullptr;
+    if (!mlds::BelongsTo(this, pSyncMark) || !mlds::BelongsTo(this, pTargetStream)) return nullptr;
     if (CSyncMark* pThere = Internals::CounterpartOrSelf(pSyncMark, pTargetStream)) return pThere;
     const Place place =
         pSyncMarkDisambiguator != nullptr

@@ -64,11 +64,10 @@ bool IsBefore(CSyncMark* p, CSyncMark* pTo, ScanDirectionType direction) {
 }  // namespace
 
 bool CPlexa::CSMSearch(CSyncMark* pFrom, CSyncMark* pTo, ScanDirectionType direction) {
-    if (pFrom == nullptr || pTo == nullptr) return false;
+    if (!mlds::BelongsTo(this, pFrom) || !mlds::BelongsTo(this, pTo)) return false;
     if (pFrom == pTo) return true;
     const int target = Internals::SlotOf(pTo);
     CStream* pTargetStream = Internals::StreamOf(pTo);
-    if (pTargetStream == nullptr) return false;
     WorkStack stack(m_ppWorkStack, incr_SearchNumber());
     if (!stack.Start(pFrom)) return false;
     while (CSyncMark* p = stack.Pop()) {
@@ -95,7 +94,7 @@ bool CPlexa::CSMSearch(CSyncMark* pFrom, CSyncMark* pTo, ScanDirectionType direc
 }
 
 CSyncMark* CPlexa::SubContext(CStream* pInto, CSyncMark* pSyncMark, ScanDirectionType direction) {
-    if (pInto == nullptr || pSyncMark == nullptr) return nullptr;
+    if (!mlds::BelongsTo(this, pInto) || !mlds::BelongsTo(this, pSyncMark)) return nullptr;
     WorkStack stack(m_ppWorkStack, incr_SearchNumber());
     if (!stack.Start(pSyncMark)) return nullptr;
     while (CSyncMark* p = stack.Pop()) {

@@ -30,8 +30,8 @@ CToken* CopyOf(CToken* pToken) {
 
 bool CPlexa::InsertStreamObject(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
                                 CStreamObj* pObj, InsertionLocationType where) {
-    if (pInto == nullptr || pLeft == nullptr || pRight == nullptr || pObj == nullptr) return false;
-    if (Internals::IsLinked(pObj) || Internals::StreamOf(pObj) == nullptr) return false;
+    if (!mlds::BelongsTo(this, pInto) || !mlds::IsInsertable(this, pObj)) return false;
+    if (!mlds::BelongsTo(this, pLeft) || !mlds::BelongsTo(this, pRight)) return false;
     bool bDone = true;
     switch (where) {
         case ilAtLeft: bDone = InsertAtLeft(pInto, pLeft, pRight, pObj); break;

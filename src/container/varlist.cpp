@@ -190,7 +190,7 @@ void CVarList::UnsetSyncMarkPtr(int i) {
 }
 
 void CVarList::SetTokenPtr(int i, CToken* p) {
-    if (!HasVarOfKind(i, true) || p == nullptr) return;
+    if (m_pPlexa == nullptr || !HasVarOfKind(i, true) || p == nullptr) return;
     if (m_bDirty[i] && m_pDup[i] != nullptr) {
         static_cast<CToken*>(m_pDup[i])->TokenCopy(p);
         return;

@@ -1,15 +1,10 @@
 // Numbers to and from text, independent of the host's locale and run-time.
 #include "platform/numbertext.h"
 
+#include <locale.h>
+
 #include <cmath>
 #include <cstdio>
-
-#if defined(_WIN32)
-#include <locale.h>
-#else
-#include <locale.h>
-#include <clocale>
-#endif
 
 namespace mlds::platform {
 

@@ -19,8 +19,8 @@ Scan ScanInt(const char* text, std::int32_t& value);
 /// The integer at the start of the text, or 0.
 std::int32_t TextToInt(const char* text);
 
-/// Reads a number in decimal or exponent notation, with a '.' whatever the host's locale. False,
-/// and `value` as it was, if the text does not begin with one.
+/// Reads what scanf's %f reads, with a '.' whatever the host's locale. False, and `value` as it
+/// was, if the text does not begin with a number.
 bool ScanFloat(const char* text, float& value);
 
 /// Writes an integer-valued number with at most `digits` significant digits and a trailing point,

@@ -1,4 +1,6 @@
 // The guard against repetitions that go round in circles.
+#include <algorithm>
+
 #include "mlds/plexatest.h"
 
 CPlexaTestBackupControl::CPlexaTestBackupControl() : m_nPairs(0) {}
@@ -8,9 +10,10 @@ void CPlexaTestBackupControl::ResetBackupControl() {
 }
 
 void CPlexaTestBackupControl::Push(CSyncMark* pMark, int instruction) {
-    if (m_nPairs == kMaxPairs) return;
-    m_pMarks[m_nPairs] = pMark;
-    m_instructions[m_nPairs] = instruction;
+    if (m_nPairs < kMaxPairs) {
+        m_pMarks[m_nPairs] = pMark;
+        m_instructions[m_nPairs] = instruction;
+    }
     ++m_nPairs;
 }
 
@@ -19,7 +22,7 @@ void CPlexaTestBackupControl::Pop() {
 }
 
 bool CPlexaTestBackupControl::CheckLoop(const CSyncMark* pMark, int instruction) {
-    for (int i = m_nPairs - 1; i >= 0; --i) {
+    for (int i = std::min(m_nPairs, kMaxPairs) - 1; i >= 0; --i) {
         if (m_pMarks[i] == pMark && m_instructions[i] == instruction) return true;
     }
     return false;

@@ -4,6 +4,7 @@
 
 #include "mlds/stream.h"
 #include "stream/fieldslots.h"
+#include "stream/fixedtext.h"
 #include "stream/ordernumbering.h"
 #include "stream/textbuffer.h"
 
@@ -47,8 +48,9 @@ CStream::CStream(const CStream& other) : m_bOwner(false) {
 }
 
 CStream& CStream::operator=(const CStream& other) {
-    if (this == &other) return *this;
-    if (m_bOwner) Release();
+    // A container's own stream keeps what it has: everything in it would be lost.
+    if (this == &other || m_bOwner) return *this;
+    other.m_pNumbering->SettleNow();
     m_nIndex = other.m_nIndex;
     m_pPlexa = other.m_pPlexa;
     m_pFirst = other.m_pFirst;
@@ -63,9 +65,14 @@ CStream& CStream::operator=(const CStream& other) {
     std::memcpy(m_pFields, other.m_pFields, sizeof m_pFields);
     m_bQuiet = other.m_bQuiet;
     m_bFence = other.m_bFence;
-    m_bOwner = false;
     m_pNumbering = other.m_pNumbering;
     return *this;
+}
+
+// The stream that chain, fields and text belong to. What is made through a copy is made for that
+// one: it must not know a copy that may go at any time.
+CStream* CStream::Owner() {
+    return m_bOwner ? this : Internals::StreamOf(m_pFirst);
 }
 
 CStream::~CStream() {
@@ -73,7 +80,7 @@ CStream::~CStream() {
 }
 
 void CStream::Release() {
-    if (m_pNumbering != nullptr) StreamReset();
+    if (Internals::IsComplete(this)) StreamReset();
     if (m_pFirst != nullptr) Internals::Destroy(m_pFirst);
     if (m_pLast != nullptr) Internals::Destroy(m_pLast);
     for (int i = 0; i < m_nFields; ++i) delete m_pFields[i];
@@ -85,36 +92,23 @@ void CStream::StreamReset() {
     while (Internals::Next(m_pFirst) != m_pLast) {
         RemoveStreamObj(Internals::Next(m_pFirst), true);
     }
-    m_pText[0] = '\0';
+    Owner()->m_pText[0] = '\0';
 }
 
 void CStream::SetStreamName(const char* name) {
-    if (name == nullptr || std::strlen(name) > kMaxName) return;
-    std::strcpy(m_szName, name);
+    mlds::SetFixedText(m_szName, name);
 }
 
 char* CStream::GetStreamName() {
     return m_szName;
 }
 
-int CStream::GetStreamIndex() {
-    return m_nIndex;
-}
-
 CPlexa* CStream::pGetStreamPlexa() {
     return m_pPlexa;
 }
 
-CSyncMark* CStream::pGetFirstStreamObj() {
-    return m_pFirst;
-}
-
-CSyncMark* CStream::pGetLastStreamObj() {
-    return m_pLast;
-}
-
 CField* CStream::AddField(const char* name) {
-    if (name == nullptr || m_nFields == kMaxFields) return nullptr;
+    if (name == nullptr || m_nFields == kMaxFields || !m_bOwner) return nullptr;
     auto* pField = new (std::nothrow) CField(this);
     if (pField == nullptr) return nullptr;
     pField->SetFieldName(name);
@@ -156,11 +150,11 @@ CToken* Complete(CToken* pToken, const CStream* pStream) {
 }  // namespace
 
 CToken* CStream::CreateToken() {
-    return Complete(new CToken(this), this);
+    return Complete(new CToken(Owner()), Owner());
 }
 
 CToken* CStream::CreateToken(const char* name) {
-    return name != nullptr ? Complete(new CToken(this, name), this) : nullptr;
+    return name != nullptr ? Complete(new CToken(Owner(), name), Owner()) : nullptr;
 }
 
 int CStream::GetNumTokens() {

@@ -29,6 +29,14 @@ int FirstSetWith(CField* pField, int value) {
     return DerivedValues::kNone;
 }
 
+// Sets that memberwise copies of fields share tell only the field that made them.
+bool IsToldOfChanges(CField* pField) {
+    for (int i = 0, n = Internals::NumSets(pField); i < n; ++i) {
+        if (Internals::ListedIn(Internals::Set(pField, i)) != pField) return false;
+    }
+    return true;
+}
+
 DerivedValues* Remember(CField* pField, CField* pNameField) {
     int highest = pNameField != nullptr ? pNameField->GetNumPossibleValues() - 1 : 0;
     if (highest < 127) highest = 127;
@@ -46,7 +54,7 @@ DerivedValues* Remember(CField* pField, CField* pNameField) {
 
 int DerivedValue(CStream* pStream, CField* pField, int value) {
     DerivedValues* pDerived = Internals::Derived(pField);
-    if (pDerived == nullptr && Internals::OwnsSets(pField))
+    if (pDerived == nullptr && IsToldOfChanges(pField))
         pDerived = Remember(pField, Internals::Field(pStream, 0));
     if (pDerived != nullptr && value >= DerivedValues::kLowest && value <= pDerived->nHighest) {
         return pDerived->sets()[value - DerivedValues::kLowest];

@@ -6,9 +6,18 @@
 #include <new>
 
 #include "stream/derivation.h"
+#include "stream/fixedtext.h"
+#include "stream/namedefaults.h"
 #include "stream/nameindex.h"
+#include "stream/sharedblock.h"
 
 using mlds::Internals;
+
+namespace {
+
+constexpr std::size_t kMaxSetName = 29;
+
+}  // namespace
 
 CField::CField(CStream* pStream)
     : m_pPool(nullptr),
@@ -22,7 +31,6 @@ CField::CField(CStream* pStream)
       m_pStream(pStream),
       m_pSets{},
       m_nSets(0),
-      m_bOwner(true),
       m_pIndex(nullptr),
       m_pDerived(nullptr) {}
 
@@ -33,19 +41,19 @@ CField::CField(const CField& other) : CField(other.m_pStream) {
 CField& CField::operator=(const CField& other) {
     if (this == &other) return *this;
     Release();
-    m_pPool = other.m_pPool;
-    m_ppNameDefaults = other.m_ppNameDefaults;
+    m_pPool = mlds::ShareBlock(other.m_pPool);
+    m_ppNameDefaults = mlds::ShareBlock(other.m_ppNameDefaults);
     m_nNameDefaults = other.m_nNameDefaults;
     m_type = other.m_type;
     std::memcpy(m_szName, other.m_szName, sizeof m_szName);
-    m_ppValues = other.m_ppValues;
+    m_ppValues = mlds::ShareBlock(other.m_ppValues);
     m_nValues = other.m_nValues;
     m_nDefault = other.m_nDefault;
     m_pStream = other.m_pStream;
     std::memcpy(m_pSets, other.m_pSets, sizeof m_pSets);
     m_nSets = other.m_nSets;
-    m_bOwner = false;
-    m_pIndex = other.m_pIndex;
+    for (int i = 0; i < m_nSets; ++i) ++Internals::Users(m_pSets[i]);
+    m_pIndex = mlds::ShareBlock(other.m_pIndex);
     return *this;
 }
 
@@ -53,22 +61,21 @@ CField::~CField() {
     Release();
 }
 
+// Ends this field's use of its blocks and sets; what no copy uses is gone then.
 void CField::Release() {
     mlds::ForgetDerivedValues(this);
-    if (!m_bOwner) return;
-    for (int i = 0; i < m_nNameDefaults && m_ppNameDefaults != nullptr; ++i) {
-        delete m_ppNameDefaults[i];
+    mlds::DropNameDefaults(m_ppNameDefaults, m_nNameDefaults);
+    mlds::DropBlock(m_pIndex);
+    mlds::DropBlock(m_ppValues);
+    mlds::DropBlock(m_pPool);
+    for (int i = 0; i < m_nSets; ++i) {
+        if (Internals::ListedIn(m_pSets[i]) == this) Internals::ListedIn(m_pSets[i]) = nullptr;
+        if (--Internals::Users(m_pSets[i]) == 0) delete m_pSets[i];
     }
-    delete[] m_ppNameDefaults;
-    delete m_pIndex;
-    delete[] m_ppValues;
-    delete[] m_pPool;
-    for (int i = 0; i < m_nSets; ++i) delete m_pSets[i];
 }
 
 void CField::SetFieldName(const char* name) {
-    if (name == nullptr || std::strlen(name) >= sizeof m_szName) return;
-    std::strcpy(m_szName, name);
+    mlds::SetFixedText(m_szName, name);
 }
 
 char* CField::GetFieldName() {
@@ -84,15 +91,15 @@ FieldValType CField::GetFieldType() {
 }
 
 void CField::SetPossibleValues(const char* const* values, int n) {
-    if (m_ppValues != nullptr || values == nullptr || n < 0 || !m_bOwner) return;
+    if (m_ppValues != nullptr || values == nullptr || n < 0) return;
     std::size_t nBytes = 0;
     for (int i = 0; i < n; ++i) {
         if (values[i] == nullptr) return;
         nBytes += std::strlen(values[i]) + 1;
     }
-    auto** ppValues = new (std::nothrow) char*[static_cast<std::size_t>(n)];
-    auto* pPool = new (std::nothrow) char[nBytes];
-    mlds::NameIndex* pIndex = nullptr;
+    auto** ppValues = mlds::NewBlock<char*>(static_cast<std::size_t>(n));
+    auto* pPool = mlds::NewBlock<char>(nBytes);
+    std::int32_t* pIndex = nullptr;
     if (ppValues != nullptr && pPool != nullptr) {
         char* p = pPool;
         for (int i = 0; i < n; ++i) {
@@ -102,8 +109,8 @@ void CField::SetPossibleValues(const char* const* values, int n) {
         pIndex = mlds::NameIndex::Make(ppValues, n);
     }
     if (pIndex == nullptr) {
-        delete[] ppValues;
-        delete[] pPool;
+        mlds::DropBlock(ppValues);
+        mlds::DropBlock(pPool);
         return;
     }
     m_ppValues = ppValues;
@@ -125,7 +132,8 @@ char* CField::GetPossibleValues(int i) {
 }
 
 int CField::GetValueIndex(const char* value) {
-    return value != nullptr && m_nValues > 0 ? m_pIndex->Find(value) : -1;
+    if (value == nullptr || m_nValues <= 0) return -1;
+    return mlds::NameIndex::Find(m_pIndex, m_ppValues, value);
 }
 
 void CField::SetDefaultValue(const char* value) {
@@ -157,8 +165,8 @@ int CField::GetnumNSDV() {
 }
 
 CFieldValueSet* CField::CreateFieldValueSet(const char* name) {
-    if (m_nSets == kMaxSets || !m_bOwner || m_pStream == nullptr) return nullptr;
-    if (name == nullptr || std::strlen(name) > 29) return nullptr;
+    if (m_nSets == kMaxSets || m_pStream == nullptr) return nullptr;
+    if (name == nullptr || std::strlen(name) > kMaxSetName) return nullptr;
     // Whatever field this is, its sets are sets of names: of values of the stream's first field.
     auto* pSet = new (std::nothrow) CFieldValueSet(m_pStream->GetField(0), m_nSets);
     if (pSet == nullptr) return nullptr;

@@ -63,7 +63,7 @@ inline bool HasAllSlots(CToken* pToken, const CStream* pStream) {
 /// True if type and value of two slots agree. Floats agree unless one is the greater, so that
 /// a NaN agrees with everything; types beyond the known ones agree with nothing.
 inline bool SlotsAgree(const FieldSlot& a, const FieldSlot& b) {
-    if (a.type != b.type || static_cast<unsigned>(a.type) > static_cast<unsigned>(fvChar)) {
+    if (a.type != b.type || a.type > fvChar) {
         return false;
     }
     if (a.type != fvFloat) return a.value == b.value;

@@ -1,9 +1,11 @@
 // Field value sets: ranges and single values, included and excluded.
 #include <cstring>
-#include <new>
+#include <initializer_list>
 
 #include "mlds/field.h"
 #include "stream/derivation.h"
+#include "stream/fixedtext.h"
+#include "stream/sharedblock.h"
 
 CFieldValueSet::CFieldValueSet(CField* pField, int index)
     : m_szName{},
@@ -20,8 +22,8 @@ CFieldValueSet::CFieldValueSet(CField* pField, int index)
       m_pExcludeHighs(nullptr),
       m_IncludeValues{},
       m_ExcludeValues{},
-      m_bOwner(true),
-      m_pListedIn(nullptr) {}
+      m_pListedIn(nullptr),
+      m_nUsers(1) {}
 
 CFieldValueSet::CFieldValueSet(const CFieldValueSet& other)
     : CFieldValueSet(other.m_pField, other.m_nIndex) {
@@ -39,13 +41,12 @@ CFieldValueSet& CFieldValueSet::operator=(const CFieldValueSet& other) {
     m_nExcludeRanges = other.m_nExcludeRanges;
     m_nIncludeValues = other.m_nIncludeValues;
     m_nExcludeValues = other.m_nExcludeValues;
-    m_pIncludeLows = other.m_pIncludeLows;
-    m_pIncludeHighs = other.m_pIncludeHighs;
-    m_pExcludeLows = other.m_pExcludeLows;
-    m_pExcludeHighs = other.m_pExcludeHighs;
+    m_pIncludeLows = mlds::ShareBlock(other.m_pIncludeLows);
+    m_pIncludeHighs = mlds::ShareBlock(other.m_pIncludeHighs);
+    m_pExcludeLows = mlds::ShareBlock(other.m_pExcludeLows);
+    m_pExcludeHighs = mlds::ShareBlock(other.m_pExcludeHighs);
     std::memcpy(m_IncludeValues, other.m_IncludeValues, sizeof m_IncludeValues);
     std::memcpy(m_ExcludeValues, other.m_ExcludeValues, sizeof m_ExcludeValues);
-    m_bOwner = m_pIncludeLows == nullptr && m_pExcludeLows == nullptr;
     return *this;
 }
 
@@ -54,9 +55,8 @@ CFieldValueSet::~CFieldValueSet() {
 }
 
 void CFieldValueSet::SetName(const char* name) {
-    if (name == nullptr || std::strlen(name) >= sizeof m_szName) return;
-    std::strcpy(m_szName, name);
-    if (std::strcmp(name, "undefined") != 0 && std::strcmp(name, "undef") != 0) return;
+    if (!mlds::SetFixedText(m_szName, name)) return;
+    if (std::strcmp(m_szName, "undefined") != 0 && std::strcmp(m_szName, "undef") != 0) return;
     m_bUniversal = true;
     mlds::ForgetDerivedValues(m_pListedIn);
 }
@@ -72,14 +72,10 @@ int CFieldValueSet::GetIndex() {
 void CFieldValueSet::Clear() {
     mlds::ForgetDerivedValues(m_pListedIn);
     m_nIncludeRanges = m_nExcludeRanges = m_nIncludeValues = m_nExcludeValues = 0;
-    if (m_bOwner) {
-        delete[] m_pIncludeLows;
-        delete[] m_pIncludeHighs;
-        delete[] m_pExcludeLows;
-        delete[] m_pExcludeHighs;
+    for (int** pp : {&m_pIncludeLows, &m_pIncludeHighs, &m_pExcludeLows, &m_pExcludeHighs}) {
+        mlds::DropBlock(*pp);
+        *pp = nullptr;
     }
-    m_pIncludeLows = m_pIncludeHighs = m_pExcludeLows = m_pExcludeHighs = nullptr;
-    m_bOwner = true;
 }
 
 namespace {
@@ -94,11 +90,11 @@ struct Ranges {
 template <typename Bound>
 void SetRanges(Ranges ranges, int n, Bound bound) {
     if (ranges.pLows != nullptr || ranges.pHighs != nullptr || n < 0) return;
-    auto* pLows = new (std::nothrow) int[static_cast<std::size_t>(n)];
-    auto* pHighs = new (std::nothrow) int[static_cast<std::size_t>(n)];
+    int* pLows = mlds::NewBlock<int>(static_cast<std::size_t>(n));
+    int* pHighs = mlds::NewBlock<int>(static_cast<std::size_t>(n));
     if (pLows == nullptr || pHighs == nullptr) {
-        delete[] pLows;
-        delete[] pHighs;
+        mlds::DropBlock(pLows);
+        mlds::DropBlock(pHighs);
         return;
     }
     for (int k = 0; k < n; ++k) {
@@ -131,28 +127,28 @@ bool InValues(const int* pValues, int n, int value) {
 }  // namespace
 
 void CFieldValueSet::SetIncludeRanges(const char* const* bounds, int n) {
-    if (bounds == nullptr || !m_bOwner) return;
+    if (bounds == nullptr) return;
     mlds::ForgetDerivedValues(m_pListedIn);
     SetRanges({m_pIncludeLows, m_pIncludeHighs, m_nIncludeRanges}, n,
               [&](int i) { return ValueIndex(m_pField, bounds[i]); });
 }
 
-void CFieldValueSet::SetIncludeRanges(int* bounds, int n) {
-    if (bounds == nullptr || !m_bOwner) return;
+void CFieldValueSet::SetIncludeRanges(const int* bounds, int n) {
+    if (bounds == nullptr) return;
     mlds::ForgetDerivedValues(m_pListedIn);
     SetRanges({m_pIncludeLows, m_pIncludeHighs, m_nIncludeRanges}, n,
               [&](int i) { return bounds[i]; });
 }
 
 void CFieldValueSet::SetExcludeRanges(const char* const* bounds, int n) {
-    if (bounds == nullptr || !m_bOwner) return;
+    if (bounds == nullptr) return;
     mlds::ForgetDerivedValues(m_pListedIn);
     SetRanges({m_pExcludeLows, m_pExcludeHighs, m_nExcludeRanges}, n,
               [&](int i) { return ValueIndex(m_pField, bounds[i]); });
 }
 
-void CFieldValueSet::SetExcludeRanges(int* bounds, int n) {
-    if (bounds == nullptr || !m_bOwner) return;
+void CFieldValueSet::SetExcludeRanges(const int* bounds, int n) {
+    if (bounds == nullptr) return;
     mlds::ForgetDerivedValues(m_pListedIn);
     SetRanges({m_pExcludeLows, m_pExcludeHighs, m_nExcludeRanges}, n,
               [&](int i) { return bounds[i]; });

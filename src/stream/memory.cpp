@@ -32,6 +32,7 @@ struct Pool {
     FreeBlockHeader* pFree[kLists];
     std::byte* pFresh;  // the part of the last chunk that was never handed out
     std::byte* pFreshEnd;
+    bool bKept;  // what is left at the end of the thread will be kept
 };
 
 #if defined(__GNUC__) && !defined(_WIN32)
@@ -80,10 +81,15 @@ struct PoolKeeper {
     }
 };
 
-void* AllocateSlowly(std::size_t list) noexcept {
-    Pool& pool = t_pool;
+void KeepAtEndOfThread() noexcept {
     static thread_local PoolKeeper keeper;
     static_cast<void>(keeper);
+    t_pool.bKept = true;
+}
+
+void* AllocateSlowly(std::size_t list) noexcept {
+    Pool& pool = t_pool;
+    KeepAtEndOfThread();
     {
         const std::lock_guard lock(g_leftoverMutex);
         MoveAll(g_leftover, pool);
@@ -129,7 +135,9 @@ void FreeBlock(void* p, std::size_t size) noexcept {
         ::operator delete(p);
         return;
     }
-    FreeBlockHeader*& pList = t_pool.pFree[ListFor(size)];
+    Pool& pool = t_pool;
+    if (!pool.bKept) KeepAtEndOfThread();  // a thread may free what others allocated
+    FreeBlockHeader*& pList = pool.pFree[ListFor(size)];
     pList = new (p) FreeBlockHeader{pList};
 }
 

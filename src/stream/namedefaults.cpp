@@ -1,4 +1,6 @@
 // Default values that hold for tokens of one name.
+#include "stream/namedefaults.h"
+
 #include <bit>
 #include <cstring>
 #include <new>
@@ -6,6 +8,7 @@
 
 #include "internals.h"
 #include "platform/numbertext.h"
+#include "stream/sharedblock.h"
 
 namespace platform = mlds::platform;
 
@@ -31,15 +34,22 @@ void ReadValue(NameSpcDefVal& entry, CField* pTarget, const char* text) {
 
 }  // namespace
 
+void mlds::DropNameDefaults(NameSpcDefVal** ppEntries, int n) {
+    if (ppEntries != nullptr && ShareCount(ppEntries) == 1) {
+        for (int i = 0; i < n; ++i) delete ppEntries[i];
+    }
+    DropBlock(ppEntries);
+}
+
 void CField::SetDefaultValue(const char* const* list, int n) {
     constexpr int kMost = 0x7FFFFFFF / 3;
-    if (m_ppNameDefaults != nullptr || !m_bOwner || m_pStream == nullptr) return;
+    if (m_ppNameDefaults != nullptr || m_pStream == nullptr) return;
     if (list == nullptr || n < 0 || n > kMost) return;
     for (int k = 0; k < n; ++k) {
         if (list[3 * k + 1] == nullptr || list[3 * k + 2] == nullptr) return;
     }
     // Null where an entry could not be made.
-    m_ppNameDefaults = new (std::nothrow) NameSpcDefVal* [static_cast<std::size_t>(n)] {};
+    m_ppNameDefaults = mlds::NewBlock<NameSpcDefVal*>(static_cast<std::size_t>(n));
     if (m_ppNameDefaults == nullptr) return;
     m_nNameDefaults = n;
     for (int k = 0; k < n; ++k) {

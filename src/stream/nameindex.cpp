@@ -1,51 +1,51 @@
-// The hash table behind a field's possible values.
+// The hash table behind a field's possible values: the number of cells less one, which is all ones
+// in binary, and then the cells. They hold positions plus one, or 0; at most half of them are used.
 #include "stream/nameindex.h"
 
+#include <cstddef>
 #include <cstring>
-#include <new>
+
+#include "stream/sharedblock.h"
 
 namespace mlds {
 
 namespace {
 
-std::size_t Hash(const char* text) {
-    std::size_t h = 5381;
+std::uint32_t Hash(const char* text) {
+    std::uint32_t h = 5381;
     for (; *text != '\0'; ++text) h = h * 33 + static_cast<unsigned char>(*text);
     return h ^ (h >> 7);
 }
 
+// The cell that holds the text, or the empty one where it would go.
+std::uint32_t FindCell(const std::int32_t* table, char* const* texts, const char* text) {
+    const auto mask = static_cast<std::uint32_t>(table[0]);
+    const std::int32_t* cells = table + 1;
+    std::uint32_t cell = Hash(text) & mask;
+    while (cells[cell] != 0 && std::strcmp(texts[cells[cell] - 1], text) != 0) {
+        cell = (cell + 1) & mask;
+    }
+    return cell;
+}
+
 }  // namespace
 
-NameIndex* NameIndex::Make(char* const* texts, int n) noexcept {
+std::int32_t* NameIndex::Make(char* const* texts, int n) noexcept {
     std::size_t nCells = 8;
     while (nCells < 2 * static_cast<std::size_t>(n)) nCells *= 2;
-    auto* pCells = new (std::nothrow) std::int32_t[nCells];
-    if (pCells == nullptr) return nullptr;
-    auto* pIndex = new (std::nothrow) NameIndex(texts, pCells, nCells - 1);
-    if (pIndex == nullptr) {
-        delete[] pCells;
-        return nullptr;
-    }
-    for (std::size_t i = 0; i < nCells; ++i) pCells[i] = -1;
+    if (nCells > (std::size_t{1} << 30)) return nullptr;
+    auto* table = NewBlock<std::int32_t>(nCells + 1);
+    if (table == nullptr) return nullptr;
+    table[0] = static_cast<std::int32_t>(nCells - 1);
     for (int i = 0; i < n; ++i) {
-        if (pIndex->Find(texts[i]) >= 0) continue;
-        std::size_t cell = Hash(texts[i]) & pIndex->m_nMask;
-        while (pCells[cell] >= 0) cell = (cell + 1) & pIndex->m_nMask;
-        pCells[cell] = i;
+        std::int32_t& cell = table[1 + FindCell(table, texts, texts[i])];
+        if (cell == 0) cell = i + 1;
     }
-    return pIndex;
+    return table;
 }
 
-NameIndex::~NameIndex() {
-    delete[] m_pCells;
-}
-
-int NameIndex::Find(const char* text) const noexcept {
-    for (std::size_t cell = Hash(text) & m_nMask; m_pCells[cell] >= 0;
-         cell = (cell + 1) & m_nMask) {
-        if (std::strcmp(m_ppTexts[m_pCells[cell]], text) == 0) return m_pCells[cell];
-    }
-    return -1;
+int NameIndex::Find(const std::int32_t* table, char* const* texts, const char* text) noexcept {
+    return table[1 + FindCell(table, texts, text)] - 1;
 }
 
 }  // namespace mlds

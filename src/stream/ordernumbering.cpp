@@ -61,52 +61,44 @@ void OrderNumbering::LinkHere(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRig
     const std::uint32_t right = IndexOf(pRight);
     SetLinks(p, pLeft, pRight);
     ++m_nLinked;
-    m_nLastRank = RankOfNew(pLeft, pRight);
-    m_pLastLinked = p;
     Internals::State(p) = osLinked | osNumbered | osNewer;
     Internals::Epoch(p) = m_nEpoch;
     const std::uint32_t middle = Midpoint(left, right);
     if (middle == left || middle == right) {
         NoteNumbering(p);
-    } else {
-        Internals::Index(p) = middle;
+        return;
     }
+    Internals::Index(p) = middle;
+    if (m_pAnchor != nullptr && middle < Internals::Index(m_pAnchor)) ++m_nAnchorRank;
 }
 
-// 0 if the rank would have to be counted.
-std::uint32_t OrderNumbering::RankOfNew(CStreamObj* pLeft, CStreamObj* pRight) const {
-    if (pLeft == m_pFirst) return 1;
-    if (pRight == m_pLast) return m_nLinked;
-    if (m_nLastRank == 0) return 0;
-    if (pLeft == m_pLastLinked) return m_nLastRank + 1;
-    if (pRight == m_pLastLinked) return m_nLastRank;
-    return 0;
-}
-
-// Looks both ways at once, so that the cost is the distance to the nearer end.
+// The rank of the object linked last, which the anchor's rank does not take into account yet. Looks
+// both ways at once, for the anchor and for the ends.
 std::uint32_t OrderNumbering::CountRank(CStreamObj* p) const {
     CStreamObj* pLeft = p;
     CStreamObj* pRight = p;
     for (std::uint32_t steps = 1;; ++steps) {
         pLeft = Internals::Prev(pLeft);
         if (pLeft == m_pFirst) return steps;
+        if (pLeft == m_pAnchor) return m_nAnchorRank + steps;
         pRight = Internals::Next(pRight);
         if (pRight == m_pLast) return m_nLinked + 1 - steps;
+        if (pRight == m_pAnchor) return m_nAnchorRank + 1 - steps;
     }
 }
 
 void OrderNumbering::NoteNumbering(CStreamObj* p) {
+    m_nAnchorRank = CountRank(p);
+    m_pAnchor = p;
     if (++m_nEpoch == 0) {
         // Epochs of long ago would look current. This happens once in 2^32 numberings.
         RenumberNow();
         return;
     }
-    if (m_nLastRank == 0) m_nLastRank = CountRank(p);
     m_bPending = true;
+    m_nNumbered = m_nLinked;
     m_nStep = StepFor(m_nLinked + 1);
-    Give(p, m_nLastRank);
-    if (Internals::Prev(p) != m_pFirst) Give(Internals::Prev(p), m_nLastRank - 1);
-    if (Internals::Next(p) != m_pLast) Give(Internals::Next(p), m_nLastRank + 1);
+    Give(p, m_nAnchorRank);
 }
 
 void OrderNumbering::Give(CStreamObj* p, std::uint32_t rank) {
@@ -115,13 +107,49 @@ void OrderNumbering::Give(CStreamObj* p, std::uint32_t rank) {
     Internals::State(p) = osLinked | osNumbered;
 }
 
+// Finds the index of a numbered object from that of a computed one a few steps away, or from an
+// end.
+bool OrderNumbering::SettleFromNearby(CStreamObj* p) {
+    constexpr int kSteps = 8;
+    CStreamObj* pLeft = p;
+    CStreamObj* pRight = p;
+    std::uint32_t nLeft = 0;  // numbered objects passed
+    std::uint32_t nRight = 0;
+    for (int i = 0; i < kSteps; ++i) {
+        pLeft = Internals::Prev(pLeft);
+        if (pLeft == m_pFirst) {
+            Give(p, nLeft + 1);
+            return true;
+        }
+        if (!IsNewer(pLeft)) {
+            ++nLeft;
+            if (Internals::Epoch(pLeft) == m_nEpoch) {
+                Give(p, Internals::Index(pLeft) / m_nStep + nLeft);
+                return true;
+            }
+        }
+        pRight = Internals::Next(pRight);
+        if (pRight == m_pLast) {
+            Give(p, m_nNumbered - nRight);
+            return true;
+        }
+        if (!IsNewer(pRight)) {
+            ++nRight;
+            if (Internals::Epoch(pRight) == m_nEpoch) {
+                Give(p, Internals::Index(pRight) / m_nStep - nRight);
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 void OrderNumbering::Settle() {
     std::uint32_t rank = 0;
     for (CStreamObj* p = Internals::Next(m_pFirst); p != m_pLast; p = Internals::Next(p)) {
-        const bool bComputed = Internals::Epoch(p) == m_nEpoch;
-        if (bComputed && (Internals::State(p) & osNewer) != 0) continue;
+        if (IsNewer(p)) continue;
         ++rank;
-        if (!bComputed) Give(p, rank);
+        if (Internals::Epoch(p) != m_nEpoch) Give(p, rank);
     }
     m_bPending = false;
 }
@@ -141,14 +169,7 @@ void OrderNumbering::RenumberNow() {
 
 void OrderNumbering::Unlink(CStreamObj* p) {
     std::uint8_t& state = Internals::State(p);
-    if ((state & osNumbered) != 0) {
-        OrderNumbering* pNumbering = NumberingOf(p);
-        const bool bNewer = (state & osNewer) != 0 && Internals::Epoch(p) == pNumbering->m_nEpoch;
-        if (pNumbering->m_bPending && !bNewer) pNumbering->Settle();
-        --pNumbering->m_nLinked;
-        pNumbering->m_pLastLinked = nullptr;
-        pNumbering->m_nLastRank = 0;
-    }
+    if ((state & osNumbered) != 0) NumberingOf(p)->Leave(p);
     state = 0;
     CStreamObj* pNext = Internals::Next(p);
     CStreamObj* pPrev = Internals::Prev(p);
@@ -156,11 +177,22 @@ void OrderNumbering::Unlink(CStreamObj* p) {
     if (pNext != nullptr) Internals::Prev(pNext) = pPrev;
 }
 
+void OrderNumbering::Leave(CStreamObj* p) {
+    if (m_bPending && !IsNewer(p)) Settle();
+    --m_nLinked;
+    if (p == m_pAnchor) {
+        m_pAnchor = nullptr;
+    } else if (m_pAnchor != nullptr && Internals::Index(p) < Internals::Index(m_pAnchor)) {
+        --m_nAnchorRank;
+    }
+}
+
 void OrderNumbering::NumberAtOnceFromNowOn() {
-    if (m_bPending) Settle();
+    SettleNow();
     for (CStreamObj* p = Internals::Next(m_pFirst); p != m_pLast; p = Internals::Next(p)) {
         Internals::State(p) = osLinked;
     }
+    m_pAnchor = nullptr;
     m_bAtOnce = true;
 }
 

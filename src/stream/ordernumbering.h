@@ -9,15 +9,23 @@
 //
 // Words: an object is *numbered* if it was linked when the latest numbering was noted; its rank
 // then times the step is its index. It is *newer* if it was linked since; it has a midpoint. An
-// index is *computed* when the object's epoch is the stream's.
+// index is *computed* when the object's epoch is the stream's. The *anchor* is the object whose
+// insertion led to the latest numbering.
 //
 // Invariants, for the objects that carry osNumbered:
 //  1. A newer object's index is computed (midpoints are taken of computed indices).
 //  2. While no numbering is pending, every index is computed.
 //  3. While one is pending, no numbered object has left: ranks counted now, newer objects left out,
 //     are the ranks of the moment when it was noted.
-//  4. m_nLinked is the number of linked objects, and m_nLastRank, unless 0, the rank of m_pLast-
-//     Linked among them.
+//  4. Computed indices increase along the chain.
+//  5. The anchor's index is computed, and m_nAnchorRank is its rank among all linked objects:
+//  whoever
+//     comes or goes compares indices with it.
+//
+// Costs: a numbering is noted for the steps between the new object and the anchor or the nearer
+// end. An index that is not computed is first looked for nearby: the rank of a computed numbered
+// object a few steps away tells it. So building at one place, or at several near each other, costs
+// the same per object however long the stream is.
 //
 // A chain that holds objects of several streams, or was linked into through another stream, is
 // numbered at once whenever a gap is used up; its objects do not carry osNumbered.
@@ -43,6 +51,10 @@ public:
         return Internals::Index(p);
     }
 
+    /// Carries out a numbering that is pending.
+    void SettleNow() {
+        if (m_bPending) Settle();
+    }
     /// Numbers the whole stream at once.
     void RenumberNow();
 
@@ -59,23 +71,28 @@ private:
     static void RenumberChain(CStreamObj* pStart);
 
     void LinkHere(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight);
-    std::uint32_t RankOfNew(CStreamObj* pLeft, CStreamObj* pRight) const;
     std::uint32_t CountRank(CStreamObj* p) const;
     void NoteNumbering(CStreamObj* p);
     void Give(CStreamObj* p, std::uint32_t rank);
     void NumberAtOnceFromNowOn();
     void SettleFor(CStreamObj* p) {
-        if (Internals::Epoch(p) != m_nEpoch) Settle();
+        if (Internals::Epoch(p) != m_nEpoch && !SettleFromNearby(p)) Settle();
     }
+    bool SettleFromNearby(CStreamObj* p);
     void Settle();
+    void Leave(CStreamObj* p);
+    bool IsNewer(CStreamObj* p) const {
+        return Internals::Epoch(p) == m_nEpoch && (Internals::State(p) & osNewer) != 0;
+    }
 
     CStreamObj* m_pFirst;
     CStreamObj* m_pLast;
     std::uint32_t m_nEpoch = 0;
     std::uint32_t m_nStep = 0;
     std::uint32_t m_nLinked = 0;
-    std::uint32_t m_nLastRank = 0;
-    CStreamObj* m_pLastLinked = nullptr;
+    std::uint32_t m_nNumbered = 0;  // linked when the latest numbering was noted
+    std::uint32_t m_nAnchorRank = 0;
+    CStreamObj* m_pAnchor = nullptr;
     bool m_bPending = false;
     bool m_bAtOnce = false;
 };

@@ -28,10 +28,6 @@ bool RefuseAtSentinel(const char* signature, int line, const char* streamName) {
     return false;
 }
 
-bool CanBeLinked(CStreamObj* p) {
-    return p != nullptr && !Internals::IsLinked(p) && Internals::StreamOf(p) != nullptr;
-}
-
 void CountAndReport(CStream* pStream, CStreamObj* p, int& nTokens, int& nSyncMarks) {
     ++(Internals::IsToken(p) ? nTokens : nSyncMarks);
     if (!pStream->m_bQuiet) mlds::Report(Internals::PlexaOf(pStream), kInserted, p);
@@ -46,7 +42,8 @@ bool CStream::InsertStreamObj(CStreamObj* pStreamObj, int InsertWhere, CStreamOb
         return true;
     }
     if (InsertWhere != whereRight && InsertWhere != whereLeft) return false;
-    if (!CanBeLinked(pStreamObj) || !mlds::IsUsable(pAt)) return false;
+    if (!mlds::IsInsertable(m_pPlexa, pStreamObj)) return false;
+    if (!mlds::IsUsable(pAt) || !mlds::BelongsTo(m_pPlexa, pAt)) return false;
     if (Internals::IsToken(pStreamObj)) {
         const bool bAtSentinel = pAt == m_pFirst || pAt == m_pLast;
         if (InsertWhere == whereLeft && (bAtSentinel || pAt == Internals::Next(m_pFirst))) {
@@ -59,14 +56,14 @@ bool CStream::InsertStreamObj(CStreamObj* pStreamObj, int InsertWhere, CStreamOb
     CStreamObj* pLeft = InsertWhere == whereRight ? pAt : Internals::Prev(pAt);
     CStreamObj* pRight = InsertWhere == whereRight ? Internals::Next(pAt) : pAt;
     if (pLeft == nullptr || pRight == nullptr) return false;
-    OrderNumbering::Link(pStreamObj, pLeft, pRight, this);
+    OrderNumbering::Link(pStreamObj, pLeft, pRight, Owner());
     CountAndReport(this, pStreamObj, m_nTokens, m_nSyncMarks);
     return true;
 }
 
 bool CStream::InsertStreamObj(CStreamObj* pToBeInserted, CStreamObj* pStreamObjLeft,
                               CStreamObj* pStreamObjRight) {
-    if (!CanBeLinked(pToBeInserted)) return false;
+    if (!mlds::IsInsertable(m_pPlexa, pToBeInserted)) return false;
     if (pStreamObjLeft == nullptr) {
         if (!mlds::IsUsable(pStreamObjRight)) return false;
         pStreamObjLeft = Internals::Prev(pStreamObjRight);
@@ -75,18 +72,20 @@ bool CStream::InsertStreamObj(CStreamObj* pToBeInserted, CStreamObj* pStreamObjL
         pStreamObjRight = Internals::Next(pStreamObjLeft);
     }
     if (!mlds::AreNeighbours(pStreamObjLeft, pStreamObjRight)) return false;
+    if (!mlds::BelongsTo(m_pPlexa, pStreamObjLeft)) return false;
     if (Internals::IsToken(pToBeInserted)) {
         if (Internals::IsToken(pStreamObjLeft) || Internals::IsToken(pStreamObjRight)) return false;
         if (pStreamObjLeft == m_pFirst) return RefuseAtSentinel(kBetween, 1149, m_szName);
         if (pStreamObjRight == m_pLast) return RefuseAtSentinel(kBetween, 1158, m_szName);
     }
-    OrderNumbering::Link(pToBeInserted, pStreamObjLeft, pStreamObjRight, this);
+    OrderNumbering::Link(pToBeInserted, pStreamObjLeft, pStreamObjRight, Owner());
     CountAndReport(this, pToBeInserted, m_nTokens, m_nSyncMarks);
     return true;
 }
 
 CStreamObj* CStream::RemoveStreamObj(CStreamObj* p, bool bDelete) {
     if (!mlds::IsUsable(p) || Internals::IsSentinel(p)) return nullptr;
+    if (!mlds::BelongsTo(m_pPlexa, p)) return nullptr;
     --(Internals::IsSyncMark(p) ? m_nSyncMarks : m_nTokens);
     // Removals are reported even by a quiet stream: its viewer must not keep what is gone.
     mlds::Report(m_pPlexa, kRemoved, p);

@@ -1,14 +1,17 @@
 // Stream objects: links, scans and the comparison of positions.
-#include "mlds/streamobj.h"
+#include "mlds/stream.h"
 
-#include "stream/fence.h"
 #include "stream/memory.h"
 #include "stream/ordernumbering.h"
+#include "stream/scan.h"
 
 using mlds::Internals;
 using mlds::OrderNumbering;
 
 CStreamObj::CStreamObj(CStream* pStream)
+    : CStreamObj(pStream, pStream != nullptr ? Internals::IndexOf(pStream) : 0) {}
+
+CStreamObj::CStreamObj(CStream* pStream, int streamIndex)
     : m_pStream(pStream),
       m_pNext(nullptr),
       m_pPrev(nullptr),
@@ -16,8 +19,7 @@ CStreamObj::CStreamObj(CStream* pStream)
       m_nOrderIndex(0),
       m_cDisplay('\0'),
       m_nState(0),
-      m_nStreamIndex(pStream != nullptr ? static_cast<std::uint8_t>(Internals::IndexOf(pStream))
-                                        : std::uint8_t{0}),
+      m_nStreamIndex(static_cast<std::uint8_t>(streamIndex)),
       m_nEpoch(0) {}
 
 CStreamObj::CStreamObj(const CStreamObj& other)
@@ -33,14 +35,14 @@ CStreamObj::CStreamObj(const CStreamObj& other)
       m_nEpoch(0) {}
 
 CStreamObj& CStreamObj::operator=(const CStreamObj& other) {
-    if (this == &other || Internals::IsSentinel(this)) return *this;
-    UnLink();
+    if (this == &other) return *this;
+    m_cDisplay = other.m_cDisplay;
+    if (Internals::IsLinked(this)) return *this;  // its place is its own
     m_pStream = other.m_pStream;
     m_pNext = other.m_pNext;
     m_pPrev = other.m_pPrev;
     m_type = other.m_type;
     m_nOrderIndex = OrderNumbering::IndexOf(const_cast<CStreamObj*>(&other));
-    m_cDisplay = other.m_cDisplay;
     m_nStreamIndex = other.m_nStreamIndex;
     return *this;
 }
@@ -62,30 +64,6 @@ void CStreamObj::operator delete(void* p, std::size_t size) noexcept {
     mlds::FreeBlock(p, size);
 }
 
-CStream* CStreamObj::GetStream() {
-    return m_pStream;
-}
-
-bool CStreamObj::GetObjectType(ObjectType type) {
-    return m_type == type;
-}
-
-ObjectType CStreamObj::GetObjectType() {
-    return m_type;
-}
-
-CStreamObj* CStreamObj::GetNextStreamObj() {
-    return m_pNext;
-}
-
-CStreamObj* CStreamObj::GetPrevStreamObj() {
-    return m_pPrev;
-}
-
-CStreamObj* CStreamObj::GetAdjacentStreamObj(ScanDirectionType direction) {
-    return Internals::Neighbour(this, direction == sdRight);
-}
-
 CStreamObj* CStreamObj::GetAdjacentStreamObj(ScanDirectionType direction, bool bFenceCheck) {
     if (bFenceCheck && mlds::IsHeldByFence(this)) return nullptr;
     return Internals::Neighbour(this, direction == sdRight);
@@ -97,31 +75,7 @@ CStreamObj* CStreamObj::GetAdjacentStreamObj(ScanDirectionType direction, Object
 
 CStreamObj* CStreamObj::GetAdjacentStreamObj(ScanDirectionType direction, ObjectType type,
                                              bool bFenceCheck) {
-    // The links of an object that left its stream are stale; nothing is known about what they lead
-    // to, so a scan does not begin there.
-    if (!Internals::IsLinked(this)) return nullptr;
-    const bool bRight = direction == sdRight;
-    for (CStreamObj* p = this;;) {
-        if (bFenceCheck && mlds::IsHeldByFence(p)) return nullptr;
-        p = Internals::Neighbour(p, bRight);
-        if (p == nullptr || p->m_type == type) return p;
-    }
-}
-
-CToken* CStreamObj::GetNextToken() {
-    return static_cast<CToken*>(GetAdjacentStreamObj(sdRight, otToken, false));
-}
-
-CToken* CStreamObj::GetPrevToken() {
-    return static_cast<CToken*>(GetAdjacentStreamObj(sdLeft, otToken, false));
-}
-
-CSyncMark* CStreamObj::GetNextSyncMark() {
-    return static_cast<CSyncMark*>(GetAdjacentStreamObj(sdRight, otSyncMark, false));
-}
-
-CSyncMark* CStreamObj::GetPrevSyncMark() {
-    return static_cast<CSyncMark*>(GetAdjacentStreamObj(sdLeft, otSyncMark, false));
+    return mlds::NearestOf(this, direction, type, bFenceCheck);
 }
 
 unsigned int CStreamObj::GetOrderIndex() {
@@ -129,7 +83,9 @@ unsigned int CStreamObj::GetOrderIndex() {
 }
 
 void CStreamObj::LinkBetween(CStreamObj* pLeft, CStreamObj* pRight) {
-    if (m_pStream == nullptr || Internals::IsLinked(this)) return;
+    if (m_pStream == nullptr || pLeft == nullptr) return;
+    CPlexa* pPlexa = Internals::PlexaOf(m_pStream);
+    if (!mlds::IsInsertable(pPlexa, this) || !mlds::BelongsTo(pPlexa, pLeft)) return;
     if (!mlds::AreNeighbours(pLeft, pRight)) return;
     OrderNumbering::Link(this, pLeft, pRight, m_pStream);
 }

@@ -10,9 +10,9 @@ using mlds::Internals;
 
 namespace {
 
-// A bound of a count: an object in a stream; a token only of this one.
+// A bound of a count: an object in a stream of the container; a token only of this one.
 bool IsBound(CStreamObj* p, CStream* pStream) {
-    return Internals::IsLinked(p) &&
+    return Internals::IsLinked(p) && mlds::BelongsTo(Internals::PlexaOf(pStream), p) &&
            (Internals::IsSyncMark(p) || Internals::StreamOf(p) == pStream);
 }
 
@@ -20,6 +20,7 @@ bool IsBound(CStreamObj* p, CStream* pStream) {
 bool ProjectBound(CSyncMark*& pBound, CStream* pStream) {
     if (pBound == nullptr) return true;
     if (!Internals::IsSyncMark(pBound)) return false;
+    if (!mlds::BelongsTo(Internals::PlexaOf(pStream), pBound)) return false;
     pBound = Internals::CounterpartOrSelf(pBound, pStream);
     return pBound != nullptr;
 }
@@ -27,6 +28,7 @@ bool ProjectBound(CSyncMark*& pBound, CStream* pStream) {
 }  // namespace
 
 char* CStream::GetStr(CSyncMark* from, CSyncMark* to, bool bWithSyncMarks) {
+    if (!m_bOwner) return Owner()->GetStr(from, to, bWithSyncMarks);
     m_pText[0] = '\0';
     CSyncMark* pFrom = from != nullptr ? from : m_pFirst;
     CSyncMark* pTo = to != nullptr ? to : m_pLast;
@@ -56,7 +58,7 @@ bool CStream::GrowText(std::size_t length, std::size_t needed) {
     if (needed < capacity) return true;
     const std::size_t steps = (needed - capacity) / mlds::kTextStep + 1;
     const std::size_t grown = capacity + steps * mlds::kTextStep;
-    if (!m_bOwner || grown > 0x7FFFFFFF) return false;
+    if (grown > 0x7FFFFFFF) return false;
     auto* pGrown = new (std::nothrow) char[grown];
     if (pGrown == nullptr) return false;
     std::memcpy(pGrown, m_pText, length + 1);

@@ -25,7 +25,7 @@ CSyncMark::CSyncMark(const CSyncMark& other)
 }
 
 CSyncMark& CSyncMark::operator=(const CSyncMark& other) {
-    if (this == &other || Internals::IsSentinel(this)) return *this;
+    if (this == &other || Internals::IsLinked(this)) return *this;
     RemoveFromSyncList();
     CSyncMarkBase::operator=(other);
     m_nSearchNumber = other.m_nSearchNumber;
@@ -36,10 +36,6 @@ CSyncMark& CSyncMark::operator=(const CSyncMark& other) {
 
 CSyncMark::~CSyncMark() {
     RemoveFromSyncList();
-}
-
-bool CSyncMark::IsSynchronous() {
-    return m_ppSyncList != nullptr;
 }
 
 bool CSyncMark::IsSynchronous(int streamIndex) {
@@ -60,10 +56,6 @@ bool CSyncMark::IsSynchronousWithFence() {
     return mlds::HasFencedMember(this);
 }
 
-CSyncMark* CSyncMark::GetCorrespondingSyncMark(CStream* pStream) {
-    return pStream != nullptr ? Internals::CounterpartOrSelf(this, pStream) : nullptr;
-}
-
 CSyncMark* CSyncMark::GetCorrespondingSyncMark(int streamIndex) {
     CStream* pStream = Internals::StreamOf(this);
     if (pStream != nullptr && Internals::IndexOf(pStream) == streamIndex) return this;
@@ -80,6 +72,7 @@ bool Merge(SyncTable* pFrom, SyncTable* pInto) {
         if (pFrom->slots[i] != nullptr && pInto->slots[i] != nullptr) return false;
     }
     ++pFrom->nMarks;  // keeps the table while its members leave it
+    pFrom->bEnded = true;
     for (int i = 0; i < pFrom->nUsed; ++i) {
         CSyncMark* pMember = pFrom->slots[i];
         if (pMember == nullptr) continue;
@@ -102,6 +95,8 @@ bool CSyncMark::SetToSynchronous(CSyncMark* pOther) {
     if (Internals::PlexaOf(pStream) != Internals::PlexaOf(pOtherStream)) return false;
     if (Internals::Counterpart(this, Internals::SlotOf(pOther)) == pOther) return true;
 
+    LeaveEndedGroup();
+    pOther->LeaveEndedGroup();
     CSyncMark** ppOtherList = pOther->m_ppSyncList;
     if (m_ppSyncList != nullptr && ppOtherList != nullptr) {
         return Merge(SyncTable::Of(ppOtherList), SyncTable::Of(m_ppSyncList));
@@ -121,6 +116,11 @@ bool CSyncMark::SetToSynchronous(CSyncMark* pOther) {
     return true;
 }
 
+// A displaced mark whose former group has ended is alone.
+void CSyncMark::LeaveEndedGroup() {
+    if (m_ppSyncList != nullptr && SyncTable::Of(m_ppSyncList)->bEnded) SyncTable::LetGo(this);
+}
+
 bool CSyncMark::SetToSynchronous(CSyncMark* pOther, bool bReplace) {
     if (!bReplace || pOther == this) return SetToSynchronous(pOther);
     if (!mlds::IsUsable(pOther) || Internals::IsSentinel(pOther)) return false;
@@ -128,13 +128,26 @@ bool CSyncMark::SetToSynchronous(CSyncMark* pOther, bool bReplace) {
     CStream* pOtherStream = Internals::StreamOf(pOther);
     if (pStream == nullptr || pStream == pOtherStream) return false;
     if (Internals::PlexaOf(pStream) != Internals::PlexaOf(pOtherStream)) return false;
+    // Everything that can run out is had before anything changes.
     CSyncMark* pFresh = new CSyncMark(pOtherStream);
-    if (pFresh == nullptr) return false;
+    SyncTable* pSpare = SyncTable::Make();
+    if (pFresh == nullptr || pSpare == nullptr) {
+        CStream::DiscardStreamObj(pFresh);
+        mlds::FreeBlock(pSpare, sizeof(SyncTable));
+        return false;
+    }
     CStreamObj* pLeft = Internals::Prev(pOther);
     CStreamObj* pRight = Internals::Next(pOther);
     pOtherStream->RemoveStreamObj(pOther, true);
     pOtherStream->InsertStreamObj(pFresh, pLeft, pRight);
-    return SetToSynchronous(pFresh);
+    LeaveEndedGroup();
+    if (m_ppSyncList == nullptr) {
+        SyncTable::Join(this, pSpare);
+    } else {
+        mlds::FreeBlock(pSpare, sizeof(SyncTable));
+    }
+    SyncTable::Join(pFresh, SyncTable::Of(m_ppSyncList));
+    return true;
 }
 
 void CSyncMark::RemoveFromSyncList() {
@@ -148,6 +161,7 @@ void CSyncMark::RemoveFromSyncList() {
         last = i;
         ++nLeft;
     }
+    if (nLeft <= 1) pTable->bEnded = true;
     if (nLeft == 1) {
         CSyncMark* pLast = pTable->slots[last];
         pTable->slots[last] = nullptr;

@@ -19,7 +19,8 @@ struct SyncTable {
 
     CSyncMark* slots[kSlots];
     std::uint32_t nMarks;  // how many point here
-    int nUsed;             // slots from here on have never held a mark
+    std::uint16_t nUsed;   // slots from here on have never held a mark
+    bool bEnded;           // the group has come to its end; only displaced marks point here
 
     /// An empty table that nobody points to; null when memory runs out.
     static SyncTable* Make() noexcept {
@@ -37,7 +38,7 @@ struct SyncTable {
         PointTo(pMark, pTable);
         const int slot = Internals::SlotOf(pMark);
         pTable->slots[slot] = pMark;
-        if (slot >= pTable->nUsed) pTable->nUsed = slot + 1;
+        if (slot >= pTable->nUsed) pTable->nUsed = static_cast<std::uint16_t>(slot + 1);
     }
     static void LetGo(CSyncMark* pMark) {
         SyncTable* pTable = Of(Internals::SyncList(pMark));

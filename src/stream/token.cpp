@@ -84,7 +84,8 @@ CToken::CToken(CStream* pStream, const char* name) : CToken(pStream) {
 }
 
 CToken::CToken(CToken* pSource)
-    : CTokenBase(pSource != nullptr ? Internals::StreamOf(pSource) : nullptr),
+    : CTokenBase(pSource != nullptr ? Internals::StreamOf(pSource) : nullptr,
+                 pSource != nullptr ? Internals::SlotOf(pSource) : 0),
       m_pSlots(pSource != nullptr ? CopyOfSlots(pSource->m_pSlots) : nullptr),
       m_szNumber{},
       m_szChar{},
@@ -173,16 +174,17 @@ void CToken::SetFieldValue(int i, int value) {
 
 void CToken::SetFieldValue(int i, const char* text) {
     if (text == nullptr || mlds::SlotAt(this, i) == nullptr) return;
+    const char first = text[0];
     CField* pField = Internals::Field(Internals::StreamOf(this), i);
     switch (pField->GetFieldType()) {
-        case fvChar: SetFieldValue(i, CharValue(text[0])); break;
+        case fvChar: SetFieldValue(i, CharValue(first)); break;
         case fvInt: SetFieldValue(i, mlds::platform::TextToInt(text)); break;
         default:
             if (const int value = pField->GetValueIndex(text); value >= 0) {
                 SetFieldValue(i, value);
             }
     }
-    m_cDisplay = text[0];
+    m_cDisplay = first;
 }
 
 void CToken::SetFieldValue(const char* fieldName, int value) {

@@ -1,0 +1,194 @@
+// The interpreter's core: running a test, dispatch, limits, and the two structural operators.
+#include "mlds/plexatest.h"
+#include "platform/stackbounds.h"
+#include "ruletest/evaluation.h"
+
+using mlds::Internals;
+using mlds::IsTrue;
+using mlds::MarkAt;
+using mlds::Truth;
+
+namespace {
+
+// A test that has run this many instructions is going round in circles.
+constexpr std::uint32_t kMostInstructions = 1u << 26;
+
+// Names of the header's bytes.
+enum Header { headerStream = 1, headerLeft = 2, headerRight = 3, headerFocus = 4 };
+
+}  // namespace
+
+CPlexaTest::CPlexaTest(CPlexa* pPlexa)
+    : m_pPlexa(pPlexa),
+      m_handlers{},
+      m_pVarList(nullptr),
+      m_pProgram(nullptr),
+      m_nBase(0),
+      m_pAdvanceMark(nullptr),
+      m_pObserver(nullptr),
+      m_nExecuted(0),
+      m_bEnded(false),
+      m_bRunning(false),
+      m_nStackLimit(0) {
+#define MLDS_OPCODE(number, name, handler, b1, b2, b3, b4) \
+    m_handlers[number] = &CPlexaTest::handler;
+#include "ruletest/opcodes.def"
+#undef MLDS_OPCODE
+    // The value of a token variable's field. It lies outside the table and no program reaches it;
+    // rule compilers have never emitted it.
+}
+
+void CPlexaTestObserver::BeforeTest(const char*, int) {}
+void CPlexaTestObserver::AfterTest(bool) {}
+void CPlexaTestObserver::BeforeInstruction(const CPlexaTestStep&) {}
+void CPlexaTestObserver::AfterInstruction(const CPlexaTestStep&, PTestFuncReturnType) {}
+
+CSyncMark* CPlexaTest::getSyncMarkItsOKtoAdvanceFrom() {
+    return m_pAdvanceMark;
+}
+
+void CPlexaTest::SetObserver(CPlexaTestObserver* pObserver) {
+    m_pObserver = pObserver;
+}
+
+bool CPlexaTest::Test(const char* name, unsigned char const (*const program)[5], int base) {
+    // An observer that starts a test from within a test would pull this one's rug away.
+    if (program == nullptr || base < 0 || m_bRunning) return false;
+    m_pProgram = program;
+    m_nBase = base;
+    m_backup.ResetBackupControl();
+    m_nExecuted = 0;
+    m_bEnded = false;
+    m_bRunning = true;
+    m_nStackLimit = mlds::platform::StackLimit();
+    CPlexaTestObserver* pObserver = m_pObserver;
+    if (pObserver != nullptr) pObserver->BeforeTest(name, base);
+    const bool bHolds = RunTest();
+    m_pAdvanceMark = nullptr;
+    if (pObserver != nullptr) pObserver->AfterTest(bHolds);
+    m_bRunning = false;
+    return bHolds;
+}
+
+bool CPlexaTest::RunTest() {
+    const int streamLink = Byte(0, headerStream);
+    CStream* pStream = streamLink != 0 ? m_pPlexa->pStream(ConstantAt(streamLink)) : nullptr;
+    m_pVarList = m_pPlexa->GetCurrentVarList();
+    if (m_pVarList == nullptr) return false;
+    m_pVarList->ReSetForUse();
+    const int focus = Byte(0, headerFocus);
+    if (pStream == nullptr || focus == 0) return false;
+    const ScanDirectionType direction = Byte(focus, 2) == 1 ? sdLeft : sdRight;
+    CSyncMark* position = nullptr;
+    int done = 0;
+    const bool bFocus = IsTrue(Evaluate(pStream, focus, &position, direction, &done));
+    if (!bFocus || m_bEnded) return false;
+    CSyncMark* pEnd = MarkAt(position);
+    if (pEnd != nullptr) pEnd = Internals::CounterpartOrSelf(pEnd, pStream);
+    if (pEnd == nullptr) return false;
+    // Both contexts are always evaluated, the one on the side where the focus came from last.
+    bool bLeft = false;
+    bool bRight = false;
+    if (direction == sdLeft) {
+        bLeft = ContextHolds(pStream, Byte(0, headerLeft), pEnd, sdLeft);
+        bRight = ContextHolds(pStream, Byte(0, headerRight), pEnd, sdRight);
+    } else {
+        bRight = ContextHolds(pStream, Byte(0, headerRight), pEnd, sdRight);
+        bLeft = ContextHolds(pStream, Byte(0, headerLeft), pEnd, sdLeft);
+    }
+    const bool bHolds = bLeft && bRight && !m_bEnded;
+    m_pVarList->DoAssignmentsAndClear(bHolds);
+    return bHolds;
+}
+
+bool CPlexaTest::ContextHolds(CStream* pStream, int link, CSyncMark* position,
+                              ScanDirectionType direction) {
+    if (link == 0) return true;
+    int done = 0;
+    return IsTrue(Evaluate(pStream, link, &position, direction, &done));
+}
+
+int CPlexaTest::PlexaTestUnPackInt(const unsigned char* instruction) {
+    const std::uint32_t value = static_cast<std::uint32_t>(instruction[1]) << 24 |
+                                static_cast<std::uint32_t>(instruction[2]) << 16 |
+                                static_cast<std::uint32_t>(instruction[3]) << 8 | instruction[4];
+    return static_cast<std::int32_t>(value);
+}
+
+int CPlexaTest::PlexaTestUnPackShort(const unsigned char* instruction) {
+    return instruction[2] << 8 | instruction[3];
+}
+
+// Executes the instruction that a link leads to. A link that is absent and an opcode that stands
+// for nothing fail.
+PTestFuncReturnType CPlexaTest::Evaluate(CStream* pStream, int index, CSyncMark** pp,
+                                         ScanDirectionType direction, int* pDone) {
+    if (index == 0 || m_bEnded) return Truth(false);
+    const unsigned opcode = At(index)[0];
+    if (opcode >= kOpcodes || m_handlers[opcode] == nullptr) return Truth(false);
+    if (++m_nExecuted > kMostInstructions || mlds::platform::StackPointer() < m_nStackLimit) {
+        m_bEnded = true;
+        return Truth(false);
+    }
+    if (m_pObserver != nullptr) return EvaluateObserved(pStream, index, pp, direction, pDone);
+    return (this->*m_handlers[opcode])(pStream, index, pp, direction, pDone);
+}
+
+PTestFuncReturnType CPlexaTest::EvaluateObserved(CStream* pStream, int index, CSyncMark** pp,
+                                                 ScanDirectionType direction, int* pDone) {
+    CPlexaTestObserver* pObserver = m_pObserver;
+    CPlexaTestStep step = {index, At(index), pStream, mlds::ObjectAt(*pp), direction};
+    pObserver->BeforeInstruction(step);
+    const PTestFuncReturnType result =
+        (this->*m_handlers[At(index)[0]])(pStream, index, pp, direction, pDone);
+    step.position = mlds::ObjectAt(*pp);
+    pObserver->AfterInstruction(step, result);
+    return result;
+}
+
+// What most operators end with: the rest of the sequence from W, or, where there is none, the word
+// that the whole sequence has matched. Only success moves the caller's position.
+PTestFuncReturnType CPlexaTest::Continue(CStream* pStream, int next, CSyncMark* w, CSyncMark** pp,
+                                         ScanDirectionType direction, int* pDone) {
+    if (next == 0) {
+        *pDone = 1;
+        *pp = w;
+        return Truth(true);
+    }
+    const PTestFuncReturnType result = Evaluate(pStream, next, &w, direction, pDone);
+    if (IsTrue(result)) *pp = w;
+    return result;
+}
+
+// Crosses into another stream and comes back, both times through the marks at the position.
+PTestFuncReturnType CPlexaTest::DoPlexaOp(CStream* pStream, int index, CSyncMark** pp,
+                                          ScanDirectionType direction, int* pDone) {
+    const int pattern = Byte(index, 3);
+    if (Byte(index, 1) == 0 || pattern == 0) return Truth(false);
+    CSyncMark* w = *pp;
+    const int target = Evaluate(pStream, Byte(index, 1), &w, direction, pDone).value;
+    CStream* pTarget = m_pPlexa->pStream(target);
+    if (pTarget == nullptr) return Truth(false);
+    w = Cross(*pp, direction, pTarget);
+    if (w == nullptr) return Truth(false);
+    int done = 0;
+    if (!IsTrue(Evaluate(pTarget, pattern, &w, direction, &done))) return Truth(false);
+    w = Cross(w, direction, pStream);
+    if (w == nullptr) return Truth(false);
+    return Continue(pStream, Byte(index, 4), w, pp, direction, pDone);
+}
+
+CSyncMark* CPlexaTest::Cross(CSyncMark* position, ScanDirectionType direction, CStream* pTarget) {
+    CSyncMark* pFound = mlds::FindInRun(position, direction, false, [&](CSyncMark* p) {
+        return Internals::CounterpartOrSelf(p, pTarget) != nullptr;
+    });
+    return pFound != nullptr ? Internals::CounterpartOrSelf(pFound, pTarget) : nullptr;
+}
+
+// Runs its body, and notes where it ended as the place that fences do not hold.
+PTestFuncReturnType CPlexaTest::DoAnchorOp(CStream* pStream, int index, CSyncMark** pp,
+                                           ScanDirectionType direction, int* pDone) {
+    const PTestFuncReturnType result = Evaluate(pStream, Byte(index, 1), pp, direction, pDone);
+    m_pAdvanceMark = Byte(index, 3) == 0 ? MarkAt(*pp) : nullptr;
+    return result;
+}

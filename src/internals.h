@@ -43,6 +43,9 @@ struct Internals {
     static CSyncMark**& SyncList(CSyncMark* p) { return p->m_ppSyncList; }
     static int RecordedStreams(const CSyncMark* p) { return p->m_nNumStreams; }
     static void LeaveGroup(CSyncMark* p) { p->RemoveFromSyncList(); }
+    static bool Tie(CSyncMark* p, CSyncMark* pOther, SyncTable*& pSpare) {
+        return p->TieTo(pOther, pSpare);
+    }
     static CSyncMark* Counterpart(CSyncMark* p, int stream) {
         return p->m_ppSyncList != nullptr ? p->m_ppSyncList[stream] : nullptr;
     }
@@ -83,6 +86,7 @@ struct Internals {
     static void SetFence(CStream* p, bool bOn);
 
     // The container
+    static const CPlexa* Home(const CPlexa* p) { return p->m_pHome; }
     static int NumStreams(const CPlexa* p) { return p->m_nStreams; }
     static CStream* Stream(const CPlexa* p, int i) { return p->m_pStreams[i]; }
     static bool AnyFence(const CPlexa* p) { return p->m_nFenced > 0; }
@@ -96,15 +100,12 @@ struct Internals {
     }
     static CVarList*& FirstVarList(CPlexa* p) { return p->m_pFirstVarList; }
     static void DropFromStack(CPlexa* p, const CVarList* pList);
-    static bool HasRoomOnStack(const CPlexa* p) { return p->m_nVarLists < CPlexa::kMaxVarLists; }
     static void FollowTop(CPlexa* p) { p->FollowTopVarList(); }
 
     // Variable lists
     static void LetGoOfContainer(CVarList* p);
-    static CVarList* NextList(const CVarList* p) { return p->m_pNextList; }
     static CPlexa* PlexaOf(const CVarList* p) { return p->m_pPlexa; }
     static const bool* Fences(const CVarList* p) { return p->m_bFences; }
-    static int VarIndex(CVarList* p, const char* name) { return p->GetVarIndex(name); }
     static CStreamObj** BoundVar(const CVarList* p, int i) { return p->m_ppBound[i]; }
     static bool HasVarOfKind(const CVarList* p, int i, bool bToken) {
         return p->HasVarOfKind(i, bToken);
@@ -118,7 +119,7 @@ inline bool IsUsable(const CStreamObj* p) {
 
 /// True if the stream or object was made for a stream of this container. Null belongs nowhere.
 inline bool BelongsTo(const CPlexa* pPlexa, const CStream* pStream) {
-    return pStream != nullptr && Internals::PlexaOf(pStream) == pPlexa;
+    return pStream != nullptr && Internals::PlexaOf(pStream) == Internals::Home(pPlexa);
 }
 
 inline bool BelongsTo(const CPlexa* pPlexa, const CStreamObj* p) {

@@ -46,7 +46,8 @@ public:
     void Clear();
 
     /// Sets n inclusive ranges from 2n bounds, low and high in turn; texts stand for possible
-    /// values (-1 when unknown). Ignored when ranges are already set.
+    /// values (-1 when unknown, and for every text where names have no possible values, as with
+    /// fvChar: give character codes, sign-extended). Ignored when ranges are already set.
     void SetIncludeRanges(const char* const* bounds, int n);
     void SetIncludeRanges(const int* bounds, int n);
     void SetExcludeRanges(const char* const* bounds, int n);
@@ -129,7 +130,8 @@ public:
     int GetnumNSDV();
 
     /// Adds a set, owned by this field, of values of the stream's first field. Null when the field
-    /// has 30 sets, or the name is null or longer than 29 characters.
+    /// has 30 sets, or the name is null or longer than 29 characters. A field shows its values as
+    /// texts only if it also has possible values: name them like the sets, in the same order.
     CFieldValueSet* CreateFieldValueSet(const char* name);
     int GetNumFieldValueSets();
     /// The i-th set, or the first set of that name; null if there is none.

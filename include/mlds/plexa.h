@@ -25,9 +25,10 @@ public:
     virtual CStream* pStream(int index) = 0;
 
     /// Replaces what lies between two marks by the items of a text in the string notation (see
-    /// docs/notation.md). False, with nothing changed, if the text is malformed or a mark cannot
-    /// be carried into the stream; false, with what lay right of pLeft removed, if pRight does not
-    /// lie right of pLeft; false if the stream refuses a plain token.
+    /// docs/notation.md). False, with nothing changed, if the text is malformed; false if a mark
+    /// cannot be carried into the stream (the other one may have been); false, with what lay right
+    /// of pLeft removed, if pRight does not lie right of pLeft; false, with the display still
+    /// delayed, if the stream refuses a plain token; false when memory runs out.
     virtual bool InsertString(CStream* pStream, const char* text, CSyncMark* pLeft,
                               CSyncMark* pRight) = 0;
     /// The same; the first characters of the text choose the stream. True, with nothing done, if
@@ -58,8 +59,9 @@ public:
                                        CSyncMark* pSyncMarkDisambiguator,
                                        ScanDirectionType direction) = 0;
     /// The mark of the stream at the place of `pSyncMark`, made and tied to it if need be. Null,
-    /// and an error in the log, if tokens make the place ambiguous; a disambiguator, a mark on one
-    /// side of it, then says where the new mark goes.
+    /// and an error in the log, if tokens make the place ambiguous. A disambiguator, a mark on one
+    /// side of it, settles that: the new mark goes immediately right of the counterpart of one on
+    /// the left, or immediately left of the counterpart of one on the right.
     virtual CSyncMark* ProjectSyncMark(CStream* pTargetStream, CSyncMark* pSyncMark,
                                        CSyncMark* pSyncMarkDisambiguator) = 0;
     virtual CSyncMark* ProjectSyncMark(const char* streamName, CSyncMark* pSyncMark,
@@ -146,7 +148,8 @@ public:
     bool isSynthesisAbort() override;
 
     /// Replaces what lies between two marks by one token per character of the text. With the same
-    /// mark twice or only one mark, nothing is removed and the tokens go next to it.
+    /// mark twice or only one mark, nothing is removed and the tokens go next to it. Characters
+    /// that have no place, as between the sentinels themselves, are left out.
     virtual bool InsertLiteralString(CStream* pStream, const char* text, CSyncMark* pLeft,
                                      CSyncMark* pRight);
     /// Puts an object next to one of two marks, removing nothing. A counterpart that is missing on
@@ -262,8 +265,9 @@ private:
     unsigned int incr_SearchNumber();
     void Release();
     void LetGoOfVarLists();
+    CSyncMark** WorkStack();
     void FollowTopVarList();
-    void InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,
+    bool InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,
                     int count);
     bool InsertAtLeft(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, CStreamObj* pObj);
     bool InsertAtRight(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, CStreamObj* pObj);
@@ -289,8 +293,8 @@ private:
     char* m_pMessageBuffer;
     int m_nMessageCapacity;
 
-    bool m_bOwner;              // what the pointers hold is this object's own
-    int m_nFenced;              // streams whose live fence is on
+    CPlexa* m_pHome;  // whose streams these are: this container, or the one it is a copy of
+    int m_nFenced;    // streams whose live fence is on
     CSyncMark** m_ppWorkStack;  // for one search at a time
     CVarList* m_pFirstVarList;  // every list of this container, stacked or not
 };

@@ -118,7 +118,7 @@ private:
 
     // What operators share
     CSyncMark* Cross(CSyncMark* position, ScanDirectionType direction, CStream* pTarget);
-    bool FindLimit(CStream* pStream, int link, ScanDirectionType direction, CSyncMark** ppLimit);
+    bool FindLimit(CStream* pStream, int link, ScanDirectionType direction, CStreamObj** ppLimit);
     PTestFuncReturnType ContinueEmptyStars(CStream* pStream, int index, CSyncMark** pp,
                                            ScanDirectionType direction, int* pDone);
     PTestFuncReturnType EndStars(CStream* pStream, int index, CSyncMark* w, CSyncMark** pp,

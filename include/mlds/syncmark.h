@@ -74,6 +74,7 @@ private:
     ~CSyncMark() override;
     void RemoveFromSyncList();
     void LeaveEndedGroup();
+    bool TieTo(CSyncMark* pOther, mlds::SyncTable*& pSpare);
 
     CSyncMark** m_ppSyncList;
     std::uint32_t m_nSearchNumber;

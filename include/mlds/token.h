@@ -36,7 +36,9 @@ public:
     /// A token in no stream yet, every value 0 (defaults are not applied).
     explicit CToken(CStream* pStream);
     /// A token whose field "name" is set from the text and whose other fields are derived from
-    /// it: by the field value sets that list the name, then by the name's own default values.
+    /// it: by the field value sets that list the name, then by the name's own default values. A
+    /// field none of whose sets lists the name stays 0, which reads as the first set: give it a
+    /// last set named "undefined".
     CToken(CStream* pStream, const char* name);
     /// A duplicate with values of its own, in no stream.
     explicit CToken(CToken* pSource);

@@ -34,7 +34,7 @@ bool CPlexa::DeleteStreamItems(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRig
         pFrom->RemoveStreamObj(pStart, true);
         return true;
     }
-    if (!pStart->LeftOf(pEnd)) return false;
+    if (!pStart->LeftOf(pEnd) || !mlds::LiesRightOf(pEnd, pStart)) return false;
     DelayMessageDisplay(true);
     mlds::RemoveBetween(pFrom, pStart, pEnd);
     if ((type == bsmDeleteBoth || type == bsmDeleteLeft) && pStart != pOutermostLeft) {
@@ -52,12 +52,15 @@ bool CPlexa::StripOutTokens(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRight,
         return false;
     }
     if (!mlds::IsUsable(pLeft) || Internals::StreamOf(pLeft) != pFrom) return false;
+    if (!mlds::IsUsable(pRight)) return false;
     // Noted first: the pattern may be one of the tokens that go.
     const int pattern = pToken->GetFieldValueIndex("name");
     CSyncMark* pStart = nullptr;
     CSyncMark* pEnd = nullptr;
     BracketToken(pLeft, sdRight, &pStart, &pEnd, nullptr, nullptr);
-    while (pStart != nullptr && Context(pEnd, pRight, sdRight)) {
+    // Marks of other streams in the chain could make the bracket empty, or lead back.
+    while (pStart != nullptr && pEnd != nullptr && pStart->LeftOf(pEnd) &&
+           Context(pEnd, pRight, sdRight)) {
         CStreamObj* pCandidate = Internals::Next(pStart);
         if (Internals::IsToken(pCandidate) &&
             static_cast<CToken*>(pCandidate)->GetFieldValueIndex("name") == pattern) {
@@ -66,7 +69,6 @@ bool CPlexa::StripOutTokens(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRight,
         }
         CSyncMark* pWas = pEnd;
         BracketToken(pWas, sdRight, &pStart, &pEnd, nullptr, nullptr);
-        // Marks of other streams in the chain could lead back.
         if (pEnd != nullptr && !pWas->LeftOf(pEnd)) break;
     }
     return true;

@@ -7,9 +7,14 @@ using mlds::Internals;
 
 namespace {
 
+bool IsTokenOrMark(const CStreamObj* p) {
+    return Internals::IsToken(p) || Internals::IsSyncMark(p);
+}
+
 bool AreInsertable(CPlexa* pPlexa, CStreamObj** objs, int count) {
     for (int i = 0; i < count; ++i) {
-        if (!mlds::IsInsertable(pPlexa, objs[i])) return false;
+        if (objs[i] == nullptr) return false;
+        if (IsTokenOrMark(objs[i]) && !mlds::IsInsertable(pPlexa, objs[i])) return false;
     }
     return true;
 }
@@ -44,8 +49,10 @@ bool CPlexa::InsertStreamObject(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRi
         DelayMessageDisplay(false);
     } else if (pFrom != nullptr && pTo == nullptr) {
         pTo = RightPlaceFor(pObj, pInto, bounds.pLeft);
+        if (pTo == nullptr && Internals::Next(pFrom) != nullptr) return false;  // out of memory
     } else if (pFrom == nullptr && pTo != nullptr) {
         pFrom = LeftPlaceFor(pObj, pInto, bounds.pRight);
+        if (pFrom == nullptr && Internals::Prev(pTo) != nullptr) return false;
     }
     // The object goes in only between two places that were found; a refusal still counts as done.
     if (pFrom != nullptr && pTo != nullptr) pInto->InsertStreamObj(pObj, pFrom, pTo);
@@ -76,22 +83,27 @@ bool CPlexa::InsertStreamObjects(CStream* pInto, CSyncMark* pLeft, CSyncMark* pR
         if (pFrom == nullptr) return false;
     }
     DelayMessageDisplay(true);
-    InsertList(pInto, pFrom, pTo, objs, count);
+    const bool bDone = InsertList(pInto, pFrom, pTo, objs, count);
     DelayMessageDisplay(false);
     RankPopulatedStreams();
-    return true;
+    return bDone;
 }
 
-// Each object goes right of the last one placed. What the stream refuses is left out.
-void CPlexa::InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,
+// Each object goes right of the last one placed. What the stream refuses is left out. False when
+// there is no memory for a mark between tokens.
+bool CPlexa::InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,
                         int count) {
     for (int i = 0; i < count; ++i) {
         CStreamObj* pObj = objs[i];
-        if (Internals::IsLinked(pObj)) continue;  // it stands in the list twice
+        // What is neither token nor mark is left out, and what stands in the list twice goes in
+        // once.
+        if (!IsTokenOrMark(pObj) || Internals::IsLinked(pObj)) continue;
         if (Internals::IsToken(pObj) && Internals::IsToken(pFrom)) {
             CSyncMark* pBetween = mlds::InsertNewMark(pInto, pFrom, pTo);
-            if (pBetween != nullptr) pFrom = pBetween;
+            if (pBetween == nullptr) return false;
+            pFrom = pBetween;
         }
         if (pInto->InsertStreamObj(pObj, pFrom, pTo)) pFrom = pObj;
     }
+    return true;
 }

@@ -86,11 +86,10 @@ private:
         if (i < 0 || Internals::TypeOf(pList, i) != vtTokenPtr) return false;
         CStreamObj* pHeld = mlds::ReadHostVariable(Internals::BoundVar(pList, i));
         if (pHeld == nullptr || !Internals::IsToken(pHeld)) return false;
-        auto* pToken = static_cast<CToken*>(pHeld);
-        CToken* pCopy = new CToken(pToken);
+        CToken* pCopy = mlds::CopyOf(static_cast<CToken*>(pHeld));
         if (pCopy == nullptr) return false;
         m_copies.Add(pCopy);
-        return mlds::NumSlots(pCopy) == mlds::NumSlots(pToken);
+        return true;
     }
 
     // An unknown variable is allowed and binds nothing.

@@ -33,8 +33,9 @@ bool CPlexa::InsertLiteralString(CStream* pInto, const char* text, CSyncMark* pL
         const char name[2] = {*p, '\0'};
         CToken* pToken = pInto->CreateToken(name);
         if (pToken == nullptr) return false;
-        InsertStreamObject(pInto, nullptr, bounds.pRight, pToken);
+        const bool bDone = InsertStreamObject(pInto, nullptr, bounds.pRight, pToken);
         mlds::KeepIfLinked(pToken);
+        if (!bDone) return false;
     }
     return true;
 }

@@ -7,16 +7,14 @@
 #include "internals.h"
 #include "mlds/okulog.h"
 #include "platform/sockets.h"
+#include "viewer/report.h"
 
 using mlds::Internals;
 
 namespace {
 
-constexpr int kLinkCloses = 4;
-constexpr int kWorkStackEntries = 20000;
-
 void LogDebug(const char* signature, int line, const char* text) {
-    if (okuLog.m_nLevel >= 4) okuLog.logDebug("mlds", signature, "mlds", line, 1, "%s", text);
+    if (okuLog.m_nLevel >= 4) okuLog.logDebug("mlds", signature, "mlds", line, 1, text);
 }
 
 }  // namespace
@@ -40,23 +38,23 @@ CPlexa::CPlexa(CEngine* pEngine)
       m_nSearchNumber(0),
       m_pMessageBuffer(nullptr),
       m_nMessageCapacity(4096),
-      m_bOwner(true),
+      m_pHome(this),
       m_nFenced(0),
       m_ppWorkStack(nullptr),
       m_pFirstVarList(nullptr) {
     LogDebug("CPlexa::CPlexa()", 24, "enter");
     m_pTest = new (std::nothrow) CPlexaTest(this);
-    m_ppWorkStack = new (std::nothrow) CSyncMark*[kWorkStackEntries];
+    WorkStack();
     LogDebug("CPlexa::CPlexa()", 49, "returning");
 }
 
-CPlexa::CPlexa(const CPlexa& other) : m_bOwner(false), m_pFirstVarList(nullptr) {
+CPlexa::CPlexa(const CPlexa& other) : m_pHome(nullptr), m_pFirstVarList(nullptr) {
     *this = other;
 }
 
 CPlexa& CPlexa::operator=(const CPlexa& other) {
     // An owner keeps what it has: everything in it would be lost.
-    if (this == &other || m_bOwner) return *this;
+    if (this == &other || m_pHome == this) return *this;
     LetGoOfVarLists();
     m_socket = other.m_socket;
     m_bDelayDisplay = other.m_bDelayDisplay;
@@ -77,6 +75,7 @@ CPlexa& CPlexa::operator=(const CPlexa& other) {
     m_nSearchNumber = other.m_nSearchNumber;
     m_pMessageBuffer = other.m_pMessageBuffer;
     m_nMessageCapacity = other.m_nMessageCapacity;
+    m_pHome = other.m_pHome;
     m_nFenced = other.m_nFenced;
     m_ppWorkStack = other.m_ppWorkStack;
     m_pFirstVarList = nullptr;
@@ -86,7 +85,7 @@ CPlexa& CPlexa::operator=(const CPlexa& other) {
 CPlexa::~CPlexa() {
     LogDebug("CPlexa::~CPlexa()", 57, "enter");
     LetGoOfVarLists();
-    if (m_bOwner) Release();
+    if (m_pHome == this) Release();
     LogDebug("CPlexa::~CPlexa()", 68, "returning");
 }
 
@@ -97,7 +96,7 @@ void CPlexa::LetGoOfVarLists() {
 
 void CPlexa::Release() {
     if (Internals::HasViewer(this)) {
-        sendMessage(kLinkCloses, 0);
+        sendMessage(mlds::msgGoodbye, 0);
         m_socket.Disconnect();
     }
     delete[] m_pMessageBuffer;

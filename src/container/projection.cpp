@@ -74,7 +74,10 @@ CSyncMark* CPlexa::ProjectSyncMark(CStream* pTargetStream, CSyncMark* pSyncMark,
     CSyncMark* pMade = new CSyncMark(pTargetStream);
     if (pMade == nullptr) return nullptr;
     // Tied before it is linked, so that the report of the insertion shows the tie.
-    pSyncMark->SetToSynchronous(pMade);
+    if (!pSyncMark->SetToSynchronous(pMade)) {
+        CStream::DiscardStreamObj(pMade);
+        return nullptr;
+    }
     pTargetStream->InsertStreamObj(pMade, place.pLeft, place.pRight);
     return mlds::KeepIfLinked(pMade);
 }

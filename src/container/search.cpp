@@ -7,6 +7,8 @@
 // from the least to the best populated, so that the best populated is explored first. Marks reached
 // are stamped with the number of the search. The work stack belongs to the container; searches
 // never run inside each other.
+#include <new>
+
 #include "stream/ordernumbering.h"
 
 using mlds::Internals;
@@ -16,9 +18,9 @@ namespace {
 
 constexpr int kEntries = 20000;
 
-class WorkStack {
+class MarkStack {
 public:
-    WorkStack(CSyncMark** ppEntries, unsigned int searchNumber)
+    MarkStack(CSyncMark** ppEntries, unsigned int searchNumber)
         : m_ppEntries(ppEntries), m_nSearch(searchNumber) {}
 
     /// Starts the search at a mark. False without memory for the stack.
@@ -55,7 +57,9 @@ CSyncMark* NextMark(CSyncMark* p, ScanDirectionType direction) {
     return static_cast<CSyncMark*>(pObj);
 }
 
+// Only places in a stream are before or after each other.
 bool IsBefore(CSyncMark* p, CSyncMark* pTo, ScanDirectionType direction) {
+    if (!Internals::IsLinked(p) || !Internals::IsLinked(pTo)) return false;
     const std::uint32_t at = OrderNumbering::IndexOf(p);
     const std::uint32_t to = OrderNumbering::IndexOf(pTo);
     return direction == sdRight ? at < to : at > to;
@@ -63,12 +67,19 @@ bool IsBefore(CSyncMark* p, CSyncMark* pTo, ScanDirectionType direction) {
 
 }  // namespace
 
+// The memory of the work stack. It is had when the container is made; if there was none then, a
+// search asks again.
+CSyncMark** CPlexa::WorkStack() {
+    if (m_ppWorkStack == nullptr) m_ppWorkStack = new (std::nothrow) CSyncMark*[kEntries];
+    return m_ppWorkStack;
+}
+
 bool CPlexa::CSMSearch(CSyncMark* pFrom, CSyncMark* pTo, ScanDirectionType direction) {
     if (!mlds::BelongsTo(this, pFrom) || !mlds::BelongsTo(this, pTo)) return false;
     if (pFrom == pTo) return true;
     const int target = Internals::SlotOf(pTo);
     CStream* pTargetStream = Internals::StreamOf(pTo);
-    WorkStack stack(m_ppWorkStack, incr_SearchNumber());
+    MarkStack stack(WorkStack(), incr_SearchNumber());
     if (!stack.Start(pFrom)) return false;
     while (CSyncMark* p = stack.Pop()) {
         if (CSyncMark* pThere = Internals::CounterpartOrSelf(p, pTargetStream)) {
@@ -95,7 +106,7 @@ bool CPlexa::CSMSearch(CSyncMark* pFrom, CSyncMark* pTo, ScanDirectionType direc
 
 CSyncMark* CPlexa::SubContext(CStream* pInto, CSyncMark* pSyncMark, ScanDirectionType direction) {
     if (!mlds::BelongsTo(this, pInto) || !mlds::BelongsTo(this, pSyncMark)) return nullptr;
-    WorkStack stack(m_ppWorkStack, incr_SearchNumber());
+    MarkStack stack(WorkStack(), incr_SearchNumber());
     if (!stack.Start(pSyncMark)) return nullptr;
     while (CSyncMark* p = stack.Pop()) {
         if (CSyncMark* pThere = Internals::CounterpartOrSelf(p, pInto)) return pThere;

@@ -2,29 +2,48 @@
 #include "container/placing.h"
 #include "internals.h"
 #include "stream/fieldslots.h"
+#include "stream/synctable.h"
 
 using mlds::Internals;
+using mlds::SyncTable;
 
 namespace {
 
-// A new mark linked without being counted or reported: it only gives the far side of the place a
-// counterpart, and the insertion that follows is what the viewer is told about.
-CSyncMark* LinkUncounted(CStream* pStream, CStreamObj* pLeft, CStreamObj* pRight) {
+// A new mark at a place, tied to another stream's mark that had no counterpart. It is linked
+// without being counted or reported: the viewer is told about the insertion that follows. Null
+// without memory or place.
+CSyncMark* LinkUncounted(CStream* pStream, CSyncMark* pTied, CStreamObj* pLeft,
+                         CStreamObj* pRight) {
     CSyncMark* pMark = new CSyncMark(pStream);
     if (pMark == nullptr) return nullptr;
-    pMark->LinkBetween(pLeft, pRight);
+    if (pTied->SetToSynchronous(pMark)) pMark->LinkBetween(pLeft, pRight);
     return mlds::KeepIfLinked(pMark);
 }
 
-// A copy of a token with all its values; null when memory runs out.
-CToken* CopyOf(CToken* pToken) {
-    CToken* pCopy = new CToken(pToken);
-    if (pCopy != nullptr && mlds::NumSlots(pCopy) != mlds::NumSlots(pToken)) {
-        delete pCopy;
-        return nullptr;
+// What splitting a token needs. What is not in a stream in the end goes away.
+struct SplitParts {
+    SplitParts(CStream* pStream, CStreamObj* pSplit)
+        : pOpening(new CSyncMark(pStream)),
+          pClosing(new CSyncMark(pStream)),
+          pCopy(Internals::IsToken(pSplit) ? mlds::CopyOf(static_cast<CToken*>(pSplit)) : nullptr),
+          pTables{SyncTable::Make(), SyncTable::Make()},
+          bComplete(pOpening != nullptr && pClosing != nullptr && pTables[0] != nullptr &&
+                    pTables[1] != nullptr && (pCopy != nullptr || !Internals::IsToken(pSplit))) {}
+    ~SplitParts() {
+        CStream::DiscardStreamObj(pOpening);
+        CStream::DiscardStreamObj(pClosing);
+        CStream::DiscardStreamObj(pCopy);
+        for (SyncTable* pTable : pTables) SyncTable::Free(pTable);
     }
-    return pCopy;
-}
+    SplitParts(const SplitParts&) = delete;
+    SplitParts& operator=(const SplitParts&) = delete;
+
+    CSyncMark* pOpening;
+    CSyncMark* pClosing;
+    CToken* pCopy;
+    SyncTable* pTables[2];
+    bool bComplete;
+};
 
 }  // namespace
 
@@ -48,9 +67,8 @@ bool CPlexa::InsertAtLeft(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, C
     CSyncMark* pTo = Internals::CounterpartOrSelf(pRight, pInto);
     if (!mlds::IsUsable(pFrom)) return false;
     if (pTo == nullptr) {
-        pTo = LinkUncounted(pInto, pFrom, Internals::Next(pFrom));
+        pTo = LinkUncounted(pInto, pRight, pFrom, Internals::Next(pFrom));
         if (pTo == nullptr) return false;
-        pRight->SetToSynchronous(pTo);
     } else if (!mlds::AreNeighbours(pFrom, pTo)) {
         return true;
     }
@@ -63,9 +81,8 @@ bool CPlexa::InsertAtRight(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, 
     CSyncMark* pTo = Internals::CounterpartOrSelf(pRight, pInto);
     if (!mlds::IsUsable(pTo)) return false;
     if (pFrom == nullptr) {
-        pFrom = LinkUncounted(pInto, Internals::Prev(pTo), pTo);
+        pFrom = LinkUncounted(pInto, pLeft, Internals::Prev(pTo), pTo);
         if (pFrom == nullptr) return false;
-        pLeft->SetToSynchronous(pFrom);
     } else if (!mlds::AreNeighbours(pFrom, pTo)) {
         return true;
     }
@@ -78,29 +95,24 @@ bool CPlexa::InsertIntoToken(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight
     CSyncMark* pBefore = Context(pInto, pLeft, sdLeft);
     CSyncMark* pAfter = Context(pInto, pLeft, sdRight);
     if (!mlds::IsUsable(pBefore) || !mlds::IsUsable(pAfter)) return false;
+    // Marks of other streams in the chain are no places of this one.
+    if (Internals::StreamOf(pBefore) != pInto || Internals::StreamOf(pAfter) != pInto) return false;
     CStreamObj* pSplit = Internals::Next(pBefore);
     if (pSplit == nullptr || pInto->GetNumTokens(pBefore, pAfter, false) > 1) return false;
-    CToken* pCopy = nullptr;
-    if (Internals::IsToken(pSplit)) {
-        pCopy = CopyOf(static_cast<CToken*>(pSplit));
-        if (pCopy == nullptr) return false;
+    // Everything that can run out is had before anything changes.
+    SplitParts parts(pInto, pSplit);
+    if (!parts.bComplete) return false;
+    InsertStreamObject(pInto, pBefore, nullptr, parts.pOpening);
+    if (!pLeft->IsSynchronous(pBefore)) {
+        Internals::Tie(pLeft, parts.pOpening, parts.pTables[0]);
     }
-    CSyncMark* pOpening = new CSyncMark(pInto);
-    CSyncMark* pClosing = new CSyncMark(pInto);
-    if (pOpening == nullptr || pClosing == nullptr) {
-        CStream::DiscardStreamObj(pOpening);
-        CStream::DiscardStreamObj(pClosing);
-        delete pCopy;
-        return false;
+    InsertStreamObject(pInto, parts.pOpening, nullptr, parts.pClosing);
+    if (!pRight->IsSynchronous(pAfter)) {
+        Internals::Tie(pRight, parts.pClosing, parts.pTables[1]);
     }
-    InsertStreamObject(pInto, pBefore, nullptr, pOpening);
-    if (!pLeft->IsSynchronous(pBefore)) pLeft->SetToSynchronous(pOpening);
-    InsertStreamObject(pInto, pOpening, nullptr, pClosing);
-    if (!pRight->IsSynchronous(pAfter)) pRight->SetToSynchronous(pClosing);
-    if (pCopy != nullptr) {
-        InsertStreamObject(pInto, pBefore, pOpening, pCopy);
-        mlds::KeepIfLinked(pCopy);
+    if (parts.pCopy != nullptr) {
+        InsertStreamObject(pInto, pBefore, parts.pOpening, parts.pCopy);
     }
-    InsertStreamObject(pInto, pOpening, pClosing, pObj);
+    InsertStreamObject(pInto, parts.pOpening, parts.pClosing, pObj);
     return true;
 }

@@ -10,15 +10,6 @@
 
 using mlds::Internals;
 
-namespace {
-
-constexpr int kListMade = 1009;
-constexpr int kVarAdded = 1010;
-constexpr int kVarUsed = 1011;
-constexpr int kListGone = 1012;
-
-}  // namespace
-
 CVarList::CVarList(CPlexa* pPlexa)
     : m_pPlexa(pPlexa),
       m_ppBound{},
@@ -36,7 +27,7 @@ CVarList::CVarList(CPlexa* pPlexa)
     }
     Enlist();
     m_pPlexa->PushVarListStack(this);
-    mlds::Report(m_pPlexa, kListMade, this);
+    mlds::Report(m_pPlexa, mlds::msgListMade, this);
 }
 
 CVarList& CVarList::operator=(const CVarList& other) {
@@ -45,6 +36,7 @@ CVarList& CVarList::operator=(const CVarList& other) {
     if (m_pPlexa != other.m_pPlexa) {
         if (m_pPlexa != nullptr) {
             Internals::DropFromStack(m_pPlexa, this);
+            Internals::FollowTop(m_pPlexa);
             Delist();
         }
         m_pPlexa = other.m_pPlexa;
@@ -71,7 +63,7 @@ CVarList::~CVarList() {
     Internals::DropFromStack(m_pPlexa, this);
     Internals::FollowTop(m_pPlexa);
     Delist();
-    mlds::Report(m_pPlexa, kListGone, this);
+    mlds::Report(m_pPlexa, mlds::msgListGone, this);
 }
 
 // The container knows its lists, so that it can let go of those that outlive it.
@@ -113,7 +105,7 @@ void CVarList::AddVar(const char* name, CStreamObj** pp, VarType type) {
     m_szNames[i] = name;
     m_ppBound[i] = pp;
     m_types[i] = type;
-    ReportVar(kVarAdded, i);
+    ReportVar(mlds::msgVarAdded, i);
 }
 
 int CVarList::GetVarIndex(const char* name) {
@@ -130,13 +122,13 @@ CStreamObj** CVarList::GetVarPtr(const char* name) {
 
 CStreamObj** CVarList::GetVarPtr(int i) {
     if (!HasVar(i)) return nullptr;
-    ReportVar(kVarUsed, i);
+    ReportVar(mlds::msgVarUsed, i);
     return m_ppBound[i];
 }
 
 char* CVarList::GetVarName(int i) {
     if (!HasVar(i)) return nullptr;
-    ReportVar(kVarUsed, i);
+    ReportVar(mlds::msgVarUsed, i);
     return const_cast<char*>(m_szNames[i]);
 }
 
@@ -195,11 +187,8 @@ void CVarList::SetTokenPtr(int i, CToken* p) {
         static_cast<CToken*>(m_pDup[i])->TokenCopy(p);
         return;
     }
-    CToken* pCopy = new CToken(p);
-    if (pCopy == nullptr || mlds::NumSlots(pCopy) != mlds::NumSlots(p)) {
-        delete pCopy;
-        return;
-    }
+    CToken* pCopy = mlds::CopyOf(p);
+    if (pCopy == nullptr) return;
     DropDuplicate(i);
     m_pDup[i] = pCopy;
     m_bDirty[i] = true;
@@ -212,6 +201,7 @@ void CVarList::UnsetTokenPtr(int i) {
 }
 
 void CVarList::ReSetForUse() {
+    if (m_pPlexa == nullptr) return;
     for (int i = 0; i < m_nVars; ++i) {
         m_bDirty[i] = false;
         if (m_types[i] == vtTokenPtr) {
@@ -223,6 +213,7 @@ void CVarList::ReSetForUse() {
 }
 
 void CVarList::DoAssignmentsAndClear(bool bAssign) {
+    if (m_pPlexa == nullptr) return;
     for (int i = 0; i < m_nVars; ++i) {
         if (!m_bDirty[i]) continue;
         if (m_types[i] != vtTokenPtr) {
@@ -235,5 +226,5 @@ void CVarList::DoAssignmentsAndClear(bool bAssign) {
         }
         DropDuplicate(i);
     }
-    if (bAssign) SendOutThisVarList(kVarUsed);
+    if (bAssign) SendOutThisVarList(mlds::msgVarUsed);
 }

@@ -11,7 +11,7 @@ using mlds::Truth;
 // Finds how far a repetition may go: a mark variable, or the last object inside the stream. True
 // with a null limit where a variable names none.
 bool CPlexaTest::FindLimit(CStream* pStream, int link, ScanDirectionType direction,
-                           CSyncMark** ppLimit) {
+                           CStreamObj** ppLimit) {
     *ppLimit = nullptr;
     int variable = -1;
     if (link != 0) {
@@ -20,8 +20,8 @@ bool CPlexaTest::FindLimit(CStream* pStream, int link, ScanDirectionType directi
         variable = ConstantAt(constant);
     }
     if (variable < 0) {
-        *ppLimit = AsMark(direction == sdRight ? Internals::Prev(Internals::Last(pStream))
-                                               : Internals::Next(Internals::First(pStream)));
+        *ppLimit = direction == sdRight ? Internals::Prev(Internals::Last(pStream))
+                                        : Internals::Next(Internals::First(pStream));
         return true;
     }
     CSyncMark* pLimit = AsMark(m_pVarList->GetDupVarPtr(variable));
@@ -34,7 +34,7 @@ bool CPlexaTest::FindLimit(CStream* pStream, int link, ScanDirectionType directi
 
 namespace {
 
-bool IsBehind(CSyncMark* pLimit, CSyncMark* position, ScanDirectionType direction) {
+bool IsBehind(CStreamObj* pLimit, CSyncMark* position, ScanDirectionType direction) {
     CStreamObj* p = ObjectAt(position);
     return direction == sdRight ? pLimit->LeftOf(p) : pLimit->RightOf(p);
 }
@@ -45,8 +45,7 @@ bool IsBehind(CSyncMark* pLimit, CSyncMark* position, ScanDirectionType directio
 // continuation, which leads back here.
 PTestFuncReturnType CPlexaTest::DoStarOp(CStream* pStream, int index, CSyncMark** pp,
                                          ScanDirectionType direction, int* pDone) {
-    if (Byte(index, 2) == 0) return Truth(false);
-    CSyncMark* pLimit = nullptr;
+    CStreamObj* pLimit = nullptr;
     if (!FindLimit(pStream, Byte(index, 3), direction, &pLimit) || pLimit == nullptr) {
         return Truth(false);
     }
@@ -56,7 +55,7 @@ PTestFuncReturnType CPlexaTest::DoStarOp(CStream* pStream, int index, CSyncMark*
     PTestFuncReturnType result = Evaluate(pStream, Byte(index, 4), &w, direction, pDone);
     if (!IsTrue(result)) {
         CSyncMark* pHere = MarkAt(*pp);
-        if (pHere == nullptr || pHere->IsSynchronous(pLimit)) return Truth(false);
+        if (pHere == nullptr || pHere->IsSynchronous(AsMark(pLimit))) return Truth(false);
         w = *pp;
         result = Evaluate(pStream, Byte(index, 2), &w, direction, pDone);
     }
@@ -68,7 +67,7 @@ PTestFuncReturnType CPlexaTest::DoStarOp(CStream* pStream, int index, CSyncMark*
 PTestFuncReturnType CPlexaTest::DoStarsOp(CStream* pStream, int index, CSyncMark** pp,
                                           ScanDirectionType direction, int* pDone) {
     if (Byte(index, 2) == 0) return Truth(false);
-    CSyncMark* pLimit = nullptr;
+    CStreamObj* pLimit = nullptr;
     if (!FindLimit(pStream, Byte(index, 3), direction, &pLimit)) return Truth(false);
     if (pLimit == nullptr) return Truth(true);
     if (IsBehind(pLimit, *pp, direction)) return Truth(false);
@@ -147,7 +146,6 @@ PTestFuncReturnType CPlexaTest::DoStarsNoBkupOp(CStream* pStream, int index, CSy
 // Lazy: first without the operand.
 PTestFuncReturnType CPlexaTest::DoQmarkOp(CStream* pStream, int index, CSyncMark** pp,
                                           ScanDirectionType direction, int* pDone) {
-    if (Byte(index, 2) == 0) return Truth(false);
     const int next = Byte(index, 4);
     const PTestFuncReturnType without = Continue(pStream, next, *pp, pp, direction, pDone);
     if (IsTrue(without)) return without;

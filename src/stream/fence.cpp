@@ -6,8 +6,11 @@ namespace mlds {
 bool IsHeldByFenceInContainer(CPlexa* pPlexa, CSyncMark* pMark) {
     CSyncMark* pFree = Internals::AdvanceMark(pPlexa);
     if (pFree != nullptr) {
-        CStream* pFreeStream = Internals::StreamOf(pFree);
-        if (Internals::CounterpartOrSelf(pMark, pFreeStream) == pFree) return false;
+        if (pMark == pFree) return false;
+        if (Internals::StreamOf(pMark) != Internals::StreamOf(pFree) &&
+            Internals::Counterpart(pMark, Internals::SlotOf(pFree)) == pFree) {
+            return false;
+        }
     }
     return HasFencedMember(pMark);
 }

@@ -55,6 +55,16 @@ inline int NumSlots(CToken* pToken) {
     return pSlots != nullptr ? static_cast<int>(pSlots->nSlots) : 0;
 }
 
+/// A copy of a token with all its values, in no stream; null when memory runs out.
+inline CToken* CopyOf(CToken* pToken) {
+    CToken* pCopy = new CToken(pToken);
+    if (pCopy != nullptr && NumSlots(pCopy) != NumSlots(pToken)) {
+        delete pCopy;
+        return nullptr;
+    }
+    return pCopy;
+}
+
 /// True if the token got all the slots that its stream asked for.
 inline bool HasAllSlots(CToken* pToken, const CStream* pStream) {
     return Internals::Slots(pToken) != nullptr || Internals::NumFields(pStream) == 0;

@@ -9,9 +9,6 @@ using mlds::OrderNumbering;
 
 namespace {
 
-constexpr int kInserted = 1003;
-constexpr int kRemoved = 1006;
-
 enum Where { whereCountOnly = 1, whereRight = 2, whereLeft = 3 };
 
 constexpr const char* kNextTo =
@@ -30,7 +27,7 @@ bool RefuseAtSentinel(const char* signature, int line, const char* streamName) {
 
 void CountAndReport(CStream* pStream, CStreamObj* p, int& nTokens, int& nSyncMarks) {
     ++(Internals::IsToken(p) ? nTokens : nSyncMarks);
-    if (!pStream->m_bQuiet) mlds::Report(Internals::PlexaOf(pStream), kInserted, p);
+    if (!pStream->m_bQuiet) mlds::Report(Internals::PlexaOf(pStream), mlds::msgInserted, p);
 }
 
 }  // namespace
@@ -88,7 +85,7 @@ CStreamObj* CStream::RemoveStreamObj(CStreamObj* p, bool bDelete) {
     if (!mlds::BelongsTo(m_pPlexa, p)) return nullptr;
     --(Internals::IsSyncMark(p) ? m_nSyncMarks : m_nTokens);
     // Removals are reported even by a quiet stream: its viewer must not keep what is gone.
-    mlds::Report(m_pPlexa, kRemoved, p);
+    mlds::Report(m_pPlexa, mlds::msgRemoved, p);
     OrderNumbering::Unlink(p);
     if (bDelete) {
         Internals::Destroy(p);

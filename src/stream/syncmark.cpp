@@ -1,6 +1,8 @@
 // Sync marks: synchrony groups, moves along one stream, visited stamps.
 #include "mlds/syncmark.h"
 
+#include <utility>
+
 #include "stream/fence.h"
 #include "stream/synctable.h"
 
@@ -80,13 +82,19 @@ bool Merge(SyncTable* pFrom, SyncTable* pInto) {
         SyncTable::LetGo(pMember);
         SyncTable::Join(pMember, pInto);
     }
-    if (--pFrom->nMarks == 0) mlds::FreeBlock(pFrom, sizeof(SyncTable));
+    if (--pFrom->nMarks == 0) SyncTable::Free(pFrom);
     return true;
 }
 
 }  // namespace
 
 bool CSyncMark::SetToSynchronous(CSyncMark* pOther) {
+    SyncTable* pNoSpare = nullptr;
+    return TieTo(pOther, pNoSpare);
+}
+
+// The spare, if there is one, is used where a new table is needed, and is null then.
+bool CSyncMark::TieTo(CSyncMark* pOther, SyncTable*& pSpare) {
     if (pOther == this) return true;
     if (pOther == nullptr) return false;
     CStream* pStream = Internals::StreamOf(this);
@@ -109,7 +117,7 @@ bool CSyncMark::SetToSynchronous(CSyncMark* pOther) {
         SyncTable::Join(this, SyncTable::Of(ppOtherList));
         return true;
     }
-    SyncTable* pTable = SyncTable::Make();
+    SyncTable* pTable = pSpare != nullptr ? std::exchange(pSpare, nullptr) : SyncTable::Make();
     if (pTable == nullptr) return false;
     SyncTable::Join(this, pTable);
     SyncTable::Join(pOther, pTable);
@@ -133,21 +141,16 @@ bool CSyncMark::SetToSynchronous(CSyncMark* pOther, bool bReplace) {
     SyncTable* pSpare = SyncTable::Make();
     if (pFresh == nullptr || pSpare == nullptr) {
         CStream::DiscardStreamObj(pFresh);
-        mlds::FreeBlock(pSpare, sizeof(SyncTable));
+        SyncTable::Free(pSpare);
         return false;
     }
     CStreamObj* pLeft = Internals::Prev(pOther);
     CStreamObj* pRight = Internals::Next(pOther);
     pOtherStream->RemoveStreamObj(pOther, true);
     pOtherStream->InsertStreamObj(pFresh, pLeft, pRight);
-    LeaveEndedGroup();
-    if (m_ppSyncList == nullptr) {
-        SyncTable::Join(this, pSpare);
-    } else {
-        mlds::FreeBlock(pSpare, sizeof(SyncTable));
-    }
-    SyncTable::Join(pFresh, SyncTable::Of(m_ppSyncList));
-    return true;
+    const bool bTied = TieTo(pFresh, pSpare);
+    SyncTable::Free(pSpare);
+    return bTied;
 }
 
 void CSyncMark::RemoveFromSyncList() {

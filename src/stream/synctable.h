@@ -27,6 +27,8 @@ struct SyncTable {
         void* p = AllocateBlock(sizeof(SyncTable));
         return p != nullptr ? new (p) SyncTable{} : nullptr;
     }
+    /// Null is ignored.
+    static void Free(SyncTable* pTable) noexcept { FreeBlock(pTable, sizeof(SyncTable)); }
     static SyncTable* Of(CSyncMark** ppSlots) {
         return reinterpret_cast<SyncTable*>(ppSlots);  // the slots are the first member
     }
@@ -43,7 +45,7 @@ struct SyncTable {
     static void LetGo(CSyncMark* pMark) {
         SyncTable* pTable = Of(Internals::SyncList(pMark));
         Internals::SyncList(pMark) = nullptr;
-        if (--pTable->nMarks == 0) FreeBlock(pTable, sizeof(SyncTable));
+        if (--pTable->nMarks == 0) Free(pTable);
     }
 };
 

@@ -15,8 +15,6 @@ using mlds::Internals;
 
 namespace {
 
-constexpr int kFieldChanged = 1004;
-
 // One slot per field of the stream, every value 0. Null for a stream without fields.
 FieldSlots* EmptySlots(const CStream* pStream) {
     const int n = pStream != nullptr ? Internals::NumFields(pStream) : 0;
@@ -168,7 +166,7 @@ void CToken::SetFieldValue(int i, int value) {
         mlds::DeriveFields(pStream, m_pSlots, value);
     }
     if (GetPrevStreamObj() != nullptr || GetNextStreamObj() != nullptr) {
-        mlds::Report(Internals::PlexaOf(pStream), kFieldChanged, this);
+        mlds::Report(Internals::PlexaOf(pStream), mlds::msgTokenChanged, this);
     }
 }
 

@@ -10,16 +10,14 @@ bool CPlexa::StartMessageEngine() {
 void CPlexa::StopMessageEngine() {}
 
 void CPlexa::DelayMessageDisplay(bool bDelay) {
-    constexpr int kDisplayNow = 1002;
     m_bDelayDisplay = bDelay;
-    if (!bDelay) sendMessage(kDisplayNow, 0);
+    if (!bDelay) sendMessage(mlds::msgDisplayNow, 0);
 }
 
 void CPlexa::sendMessage(int, std::intptr_t) {}
 
 void CPlexa::sendMessage(const char* text) {
-    constexpr int kText = 1013;
-    sendMessage(kText, reinterpret_cast<std::intptr_t>(text));
+    sendMessage(mlds::msgText, reinterpret_cast<std::intptr_t>(text));
 }
 
 void CPlexa::sendEntirePlexaObj(bool) {}

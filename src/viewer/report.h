@@ -6,6 +6,20 @@
 
 namespace mlds {
 
+/// What the viewer is told.
+enum MessageCode {
+    msgGoodbye = 4,          // the library closes the link
+    msgDisplayNow = 1002,    // a bulk edit is over
+    msgInserted = 1003,      // an object was linked into a stream
+    msgTokenChanged = 1004,  // a token's fields changed
+    msgRemoved = 1006,       // an object left its stream
+    msgListMade = 1009,      // a variable list was made
+    msgVarAdded = 1010,      // a variable was declared
+    msgVarUsed = 1011,       // a variable was used
+    msgListGone = 1012,      // a variable list is gone
+    msgText = 1013           // text for the viewer
+};
+
 inline void Report(CPlexa* pPlexa, int code, CStreamObj* pObj) {
     if (Internals::HasViewer(pPlexa)) {
         pPlexa->sendMessage(code, reinterpret_cast<std::intptr_t>(pObj));

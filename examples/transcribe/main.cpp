@@ -1,0 +1,128 @@
+// transcribe: prints Spanish text with its letters, words and phones aligned.
+#include <getopt.h>
+
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "latin1.h"
+#include "picture.h"
+#include "tiers.h"
+#include "utterance.h"
+
+namespace {
+
+using transcribe::DecodedText;
+using transcribe::Tiers;
+
+constexpr const char* kUsage = R"(usage: transcribe [FILE...]
+
+Reads Spanish text in UTF-8, one utterance per line, and prints for every utterance the characters
+as typed, what is spoken of them, the words and the phones, aligned under each other. Without FILE,
+or where FILE is -, reads standard input.
+
+  -h, --help  print this help and exit
+
+The exit status is 0 if everything was transcribed, 1 if a file or a line was skipped, and 2 if the
+command line was wrong.
+)";
+
+// A longer line is worked on in parts, so that memory stays in bounds.
+constexpr std::size_t kLongestPart = 20000;
+
+// How much of a text makes the next part: all of it, or as much as fits, up to a space if possible.
+std::size_t PartLength(std::string_view text) {
+    if (text.size() <= kLongestPart) return text.size();
+    const std::size_t space = text.rfind(' ', kLongestPart - 1);
+    return space != std::string_view::npos ? space + 1 : kLongestPart;
+}
+
+class Program {
+public:
+    /// True if every line of the file was transcribed. "-" is standard input.
+    bool TranscribeFile(const std::string& path) {
+        const bool bStdin = path == "-";
+        const std::string name = bStdin ? "<stdin>" : path;
+        errno = 0;
+        std::ifstream file;
+        if (!bStdin) file.open(path, std::ios::binary);
+        std::istream& in = bStdin ? std::cin : file;
+
+        bool bAll = true;
+        int number = 0;
+        for (std::string line; std::getline(in, line);) {
+            const std::string place = name + ':' + std::to_string(++number);
+            bAll &= TranscribeLine(WithoutFrame(line, number == 1), place);
+        }
+        if (in.eof()) return bAll;
+        std::cerr << "transcribe: " << name << ": " << std::strerror(errno) << '\n';
+        return false;
+    }
+
+private:
+    // Takes off what a line may have from other systems: the byte order mark and half a line end.
+    static std::string_view WithoutFrame(std::string_view line, bool bFirst) {
+        constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+        if (bFirst && line.starts_with(kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        return line;
+    }
+
+    bool TranscribeLine(std::string_view line, const std::string& place) {
+        const DecodedText decoded = transcribe::FromUtf8(line);
+        if (decoded.fault) {
+            std::cerr << place << ':' << decoded.fault->column << ": " << decoded.fault->what
+                      << "; line skipped\n";
+            return false;
+        }
+        std::string_view text = decoded.latin1;
+        if (text.find_first_not_of(' ') == std::string_view::npos) return true;
+        std::cout << (m_bFirst ? "" : "\n") << place << '\n';
+        m_bFirst = false;
+        while (!text.empty()) {
+            const std::size_t n = PartLength(text);
+            transcribe::Transcribe(m_tiers, std::string(text.substr(0, n)));
+            transcribe::PrintPicture(m_tiers, std::cout);
+            text.remove_prefix(n);
+            if (!text.empty()) std::cout << '\n';
+        }
+        return true;
+    }
+
+    Tiers m_tiers;
+    bool m_bFirst = true;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+    const option options[] = {{"help", no_argument, nullptr, 'h'}, {}};
+    for (int c = 0; (c = getopt_long(argc, argv, "h", options, nullptr)) != -1;) {
+        if (c == 'h') {
+            std::cout << kUsage;
+            return 0;
+        }
+        std::cerr << "Try 'transcribe --help'.\n";
+        return 2;
+    }
+    std::vector<const char*> paths(argv + optind, argv + argc);
+    if (paths.empty()) paths.push_back("-");
+
+    std::ios::sync_with_stdio(false);
+    okuLog.m_nLevel = 1;  // what the library refuses is worth knowing
+    Program program;
+    bool bAll = true;
+    for (const char* path : paths) bAll &= program.TranscribeFile(path);
+    if (!std::cout.flush()) {
+        std::cerr << "transcribe: the output could not be written\n";
+        return 1;
+    }
+    return bAll ? 0 : 1;
+} catch (const std::exception& e) {
+    std::cerr << "transcribe: " << e.what() << '\n';
+    return 1;
+}

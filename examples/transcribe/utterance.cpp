@@ -1,0 +1,106 @@
+// From text to tiers, one tier after the other. Every tier is tied to the one it is made from at
+// every boundary that they share.
+#include "utterance.h"
+
+#include <array>
+
+#include "interval.h"
+#include "letters.h"
+#include "require.h"
+#include "tierfiller.h"
+
+namespace transcribe {
+
+namespace {
+
+// The name of a token of "RawInput" or "inp": one character.
+char Character(CToken* pToken) {
+    return *pToken->GetNameField();
+}
+
+std::string Quoted(char c) {
+    return std::string{'\'', c, '\''};
+}
+
+// Latin-1 has its lower case letters 32 places after their capitals.
+char ToLower(CToken* pRaw) {
+    const char c = Character(pRaw);
+    return pRaw->IsItA("case", "upper") ? static_cast<char>(c + 32) : c;
+}
+
+// Every tier gets an opening and a closing mark, all synchronous, and "RawInput" the text between.
+void FillRawInput(Tiers& tiers, const std::string& text) {
+    CStream* pRaw = tiers.pRaw;
+    std::array others = {tiers.pInp, tiers.pWord, tiers.pPhone};
+    CSyncMark* pLeft = pRaw->pGetFirstStreamObj();
+    for (int i = 0; i < 2; ++i) {
+        CSyncMark* pMark = tiers.plexa.CreateSyncMark(pRaw);
+        Require(pRaw->InsertStreamObj(pMark, pLeft, nullptr), "InsertStreamObj");
+        CSyncMark* pLast = tiers.plexa.ProjectSyncMark(
+            others.data(), static_cast<int>(others.size()), pMark, nullptr, sdRight);
+        Require(pLast != nullptr, "ProjectSyncMark");
+        pLeft = pMark;
+    }
+    Require(tiers.plexa.InsertLiteralString(pRaw, text.c_str(), FirstMark(pRaw), LastMark(pRaw)),
+            "InsertLiteralString");
+}
+
+// Letters, in lower case, digits and pauses are kept. The place of anything else stays empty.
+void FillInp(Tiers& tiers) {
+    std::vector<Segment> segments;
+    for (const Interval& interval : Intervals(tiers.pRaw)) {
+        const bool bDropped = interval.pToken->IsItA("class", "undefined");
+        segments.push_back({bDropped ? "" : Quoted(ToLower(interval.pToken)), interval.pRight});
+    }
+    TierFiller(tiers.plexa, tiers.pInp).Fill(FirstMark(tiers.pRaw), segments);
+}
+
+// What an interval of "inp" belongs to, as the name of a token of "word"; an empty text for pauses
+// and empty places.
+std::string WordName(const Interval& interval) {
+    if (interval.pToken == nullptr) return "";
+    if (interval.pToken->IsItA("class", "letter")) return "word";
+    return interval.pToken->IsItA("class", "digit") ? "number" : "";
+}
+
+std::string WordItem(Tiers& tiers, const std::string& name, CSyncMark* pBegin, int length) {
+    CToken* pTyped = pBegin->GetCorrespondingSyncMark(tiers.pRaw)->GetNextToken();
+    const char* capital = pTyped->IsItA("case", "upper") ? "yes" : "no";
+    return "<'" + name + "' length:" + std::to_string(length) + " capital:" + capital + '>';
+}
+
+// A run of letters is a word, a run of digits a number.
+void FillWord(Tiers& tiers) {
+    const std::vector<Interval> intervals = Intervals(tiers.pInp);
+    std::vector<Segment> segments;
+    for (std::size_t i = 0, n = 0; i < intervals.size(); i += n) {
+        const std::string name = WordName(intervals[i]);
+        for (n = 1; i + n < intervals.size() && WordName(intervals[i + n]) == name;) ++n;
+        CSyncMark* pBegin = intervals[i].pLeft;
+        segments.push_back({name.empty() ? "" : WordItem(tiers, name, pBegin, static_cast<int>(n)),
+                            intervals[i + n - 1].pRight});
+    }
+    TierFiller(tiers.plexa, tiers.pWord).Fill(FirstMark(tiers.pInp), segments);
+}
+
+// Every letter gets its phones, whatever stands beside it.
+void FillPhone(Tiers& tiers) {
+    std::vector<Segment> segments;
+    for (const Interval& interval : Intervals(tiers.pInp)) {
+        CToken* pToken = interval.pToken;
+        segments.push_back({pToken != nullptr ? PhonesOf(Character(pToken)) : "", interval.pRight});
+    }
+    TierFiller(tiers.plexa, tiers.pPhone).Fill(FirstMark(tiers.pInp), segments);
+}
+
+}  // namespace
+
+void Transcribe(Tiers& tiers, const std::string& text) {
+    tiers.plexa.CPlexaReset();
+    FillRawInput(tiers, text);
+    FillInp(tiers);
+    FillWord(tiers);
+    FillPhone(tiers);
+}
+
+}  // namespace transcribe

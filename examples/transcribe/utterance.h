@@ -1,0 +1,16 @@
+// From text to tiers.
+#ifndef TRANSCRIBE_UTTERANCE_H
+#define TRANSCRIBE_UTTERANCE_H
+
+#include <string>
+
+#include "tiers.h"
+
+namespace transcribe {
+
+/// Empties the tiers and fills them from an utterance in Latin-1.
+void Transcribe(Tiers& tiers, const std::string& text);
+
+}  // namespace transcribe
+
+#endif

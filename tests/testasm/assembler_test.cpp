@@ -1,0 +1,146 @@
+// Rule tests as text, as a graph and as bytes.
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "names.h"
+#include "support/tiers.h"
+#include "testasm/plexaschema.h"
+#include "testasm/testasm.h"
+#include "testasm/text.h"
+
+namespace {
+
+using namespace mlds_testasm;
+using mlds_testasm_test::Names;
+using testing::HasSubstr;
+
+std::string Manual() {
+    std::ifstream file(MLDS_DOCS "/testasm.md", std::ios::binary);
+    return (std::stringstream() << file.rdbuf()).str();
+}
+
+// What stands in the manual between ```KIND and ```.
+std::string Block(const std::string& manual, const std::string& kind) {
+    const std::size_t begin = manual.find("```" + kind + "\n") + kind.size() + 4;
+    return manual.substr(begin, manual.find("```", begin) - begin);
+}
+
+TEST(TestAssembler, TheManualIsRight) {
+    const std::string manual = Manual();
+    const Assembly assembly = Assembler().Assemble(Block(manual, "mta"), "manual");
+    EXPECT_EQ(assembly.diagnostics().Text(), "");
+    EXPECT_EQ(Listing(assembly), Block(manual, "listing"));
+    EXPECT_THAT(manual, HasSubstr(OpcodeTable()));
+}
+
+TEST(TestAssembler, AnAssembledTestRuns) {
+    mlds_test::Tiers t{{"inp", "||c|e|c|a||"}};
+    CSyncMark* pAt = nullptr;
+    CSyncMark* pEnd = nullptr;
+    CVarList variables(&t.plexa);
+    variables.AddSyncMarkPtr("at", &pAt);
+    variables.AddSyncMarkPtr("end", &pEnd);
+    std::string text = Block(Manual(), "mta");
+    text.erase(0, text.find("test "));
+    const Assembly rules = Assembler(SchemaOf(t.plexa, &variables)).Assemble(text, "rules");
+    ASSERT_TRUE(rules.ok()) << rules.diagnostics().Text();
+    const int base = rules.base("c_before_e_or_i");
+    EXPECT_EQ(rules.base("c"), -1);
+    EXPECT_EQ(rules.info(base + 4).label + rules.info(base + 4).text,
+              "is_cEq %inp.name %inp.name:'c'");
+    EXPECT_EQ(rules.info(base + 4).place.line, 7);
+    std::string held;
+    for (int k = 0; k < 5; ++k) {
+        pAt = t.Mark("inp", k);
+        held += t.plexa.Test("c", rules.instructions(), base) ? '1' : '0';
+    }
+    EXPECT_EQ(held, "10000");
+    EXPECT_EQ(mlds_test::Where(pEnd), "inp.1");
+    EXPECT_THAT(WriteSchema(SchemaOf(t.plexa, &variables)), HasSubstr("variable ^at ^end\n"));
+}
+
+TEST(TestAssembler, OperandsBecomeBytes) {
+    struct {
+        const char* source;
+        const char* rows;  // as in listings
+    } cases[] = {
+        {"Anchor p leftward norecord", "03 02 01 01 00"},
+        {"Anchor p norecord 7 direction 9", "03 02 09 07 00"},
+        {"Or _ p", "04 00 00 02 00"},
+        {"Star p then p limit ^end", "08 00 02 05 02|33 00 04 ff 00  ParentPtr ^end"},
+        {"Plexa %phone p then p", "01 04 00 02 02|18 00 00 00 01  Stream %phone"},
+        {"MoveRight _ p", "2a 00 00 02 00"},
+        {"Tok $seen %phone.vowel then p", "21 02 01 00 02"},
+        {"Tok $seen", "21 02 ff 00 00"},
+        {"AssignTok $seen then p", "24 00 00 02 02"},
+        {"ParentPtr $seen %phone.vowel", "33 00 04 01 00|16 00 00 00 02  ConstInt $seen"},
+        {"Eq %phone.vowel 'no'", "1a 00 04 05 00|02 00 00 00 01  Enum %phone.vowel:'no'"},
+        {"Eq '\\xe9' %inp.name", "1a 00 05 04 00|02 ff ff ff e9  Enum %inp.name:'\\xe9'"},
+        {"Lt %inp.n -2", "1c 00 04 05 00|16 ff ff ff fe  ConstInt -2"},
+        {"Eq %phone.name:tS 2", "1a 00 04 05 00|02 00 00 00 02  Enum %phone.name:'tS'"},
+    };
+    for (const auto& [source, rows] : cases) {
+        const std::string text =
+            std::string("test t %inp\nfocus p\nright x\nx: ") + source + "\np: Ptr ^c\nend";
+        const Assembly assembly = Assembler(Names()).Assemble(text, "t");
+        std::istringstream wanted(rows);
+        for (std::string row; std::getline(wanted, row, '|');) {
+            EXPECT_THAT(Listing(assembly), HasSubstr("  " + row)) << assembly.diagnostics().Text();
+        }
+    }
+}
+
+TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
+    // Line 3 is the instruction x.
+    struct {
+        const char* source;
+        const char* error;
+    } cases[] = {
+        {"Foo", "3:4: error: expected an instruction, found Foo"},
+        {"Not then p", "3:8: error: expected a pattern, found none (Not pattern [then pattern])"},
+        {"Not k", "3:8: error: expected a pattern, found ConstInt 4"},
+        {"Eq p 1", "3:7: error: expected a value, found Ptr ^c"},
+        {"Not z", "3:8: error: expected a label of this test, found z"},
+        {"Not p limit ^c", "3:10: error: expected Not pattern [then pattern], found limit"},
+        {"Tok ^c", "3:8: error: expected a token variable ($name), found ^c"},
+        {"Tok 0", "3:8: error: expected a token variable (Tok"},
+        {"Ptr ^seen", "3:8: error: expected a mark variable that is declared, found ^seen"},
+        {"Ptr 9", "3:8: error: expected a variable, not number 9"},
+        {"SyncTest %in", "3:13: error: expected a stream that is declared, found %in"},
+        {"SyncTest k", "3:13: error: expected a stream that is declared, not number 4"},
+        {"Eq %inp.x 1", "3:12: error: expected a field of stream inp, found x"},
+        {"Eq %inp.name 'ch'", "3:17: error: expected one character"},
+        {"Eq %phone.both 'y'", "3:19: error: expected a number, as this is value 1 and set 0"},
+        {"Eq 1 'c'", "3:9: error: expected %stream.field:value"},
+        {"Star p limit p", "3:17: error: expected an instruction with a constant"},
+        {"Div 1 0", "3:10: error: expected a divisor that is not 0"},
+        {"StarsNoBkup p then p", "3:16: error: expected a pattern that moves"},
+        {"Stars p then p", "3:10: warning: expected a pattern that moves"},
+        {"Star q then p\nq: Qmark p then x", "3:4: warning: the test can come back here"},
+        {"Raw 54 0 0 0 0", "3:4: error: expected an instruction, as this is executed"},
+        {"Not 'p", "3:8: error: expected a closing quote"},
+        {"AngleBrkt\nx: AngleBrkt", "4:1: error: expected a new label, as line 3 has this one"},
+        {"AngleBrkt\nend\ntest t %inp", "5:1: error: expected a new name"},
+        {"test t\nend", "1:7: error: expected a stream, found none (test 't')"},
+        {"test t %inp\nend", "1:1: error: expected a focus, found none (test 't')"},
+        {"test t %inp\nfocus p\np: Ptr ^c", "4:1: error: expected 'end' of test 't'"},
+    };
+    for (const auto& [source, error] : cases) {
+        std::string text = source;
+        if (!text.starts_with("test ")) {
+            text = "test t %inp\nfocus p\nx: " + text + "\np: Ptr ^c\nk: ConstInt 4\nright x\nend";
+        }
+        const Assembly assembly = Assembler(Names()).Assemble(text, "t");
+        EXPECT_THAT(assembly.diagnostics().Text(), HasSubstr(std::string("t:") + error)) << source;
+        EXPECT_EQ(assembly.ok(), assembly.size() > 0);
+    }
+    std::string longest = "test t %inp\nfocus p\np: Ptr ^c\n";
+    for (int i = 0; i < 253; ++i) longest += "AngleBrkt\n";
+    EXPECT_EQ(Assembler(Names()).Assemble(longest + "end", "t").size(), 256);
+    EXPECT_THAT(Assembler(Names()).Assemble(longest + "Tok 2\nend", "t").diagnostics().Text(),
+                HasSubstr("t:1:1: error: expected at most 256 instructions"));
+}
+
+}  // namespace

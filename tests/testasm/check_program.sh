@@ -1,0 +1,33 @@
+#!/bin/sh
+# check_program.sh PROGRAM DIR: assembles, takes apart and assembles again, and looks at exit statuses.
+set -eu
+program=$1
+dir=$2
+mkdir -p "$dir"
+cd "$dir"
+
+printf 'stream inp\nfield name char\nvariable ^at\n' >names.txt
+printf 'test t %%inp\nfocus p\np: Ptr ^at\nend\n' >good.mta
+sed 's/\^at/^to/' good.mta >bad.mta
+
+expect() {
+    status=0
+    "$program" "$@" >out.txt 2>errors.txt || status=$?
+    [ "$status" -eq "$wanted" ] || { echo "$*: status $status"; cat errors.txt; exit 1; }
+}
+
+wanted=0
+expect good.mta --schema names.txt --output good.bin
+expect good.bin --schema names.txt --disassemble
+cp out.txt again.mta
+expect again.mta --schema names.txt --output again.bin
+cmp good.bin again.bin
+wanted=1
+expect bad.mta --schema names.txt --check
+grep -q '^bad.mta:3:8: error: expected a mark variable that is declared, found ^to$' errors.txt
+expect good.mta --disassemble
+wanted=2
+expect good.mta
+expect missing.mta --list
+expect . --list
+expect good.mta --schema names.txt --output missing/good.bin

@@ -53,7 +53,6 @@ const struct {
      [](S s) { return s.c.InsertStreamObject(s.p, s.a1, s.a2, s.objs[0], ilSplitToken); }},
     {kNothing, true, [](S s) { return s.c.InsertStreamObject(s.p, s.a0, nullptr, s.objs[0]); }},
     {kNothing, true, [](S s) { return s.c.InsertStreamObjects(s.p, s.a0, s.a3, s.objs, 2); }},
-    {kNothing, true, [](S s) { return s.c.InsertStreamObjects(s.w, s.a1, s.a2, s.objs, 2); }},
 };
 
 TEST(OutOfMemory, LeavesTheStructureWhole) {

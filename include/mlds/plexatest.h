@@ -99,8 +99,6 @@ private:
     bool ContextHolds(CStream* pStream, int link, CSyncMark* position, ScanDirectionType direction);
     PTestFuncReturnType Evaluate(CStream* pStream, int index, CSyncMark** pp,
                                  ScanDirectionType direction, int* pDone);
-    PTestFuncReturnType EvaluateObserved(CStream* pStream, int index, CSyncMark** pp,
-                                         ScanDirectionType direction, int* pDone);
     PTestFuncReturnType Continue(CStream* pStream, int next, CSyncMark* w, CSyncMark** pp,
                                  ScanDirectionType direction, int* pDone);
 

@@ -53,7 +53,7 @@ void CPlexaTest::SetObserver(CPlexaTestObserver* pObserver) {
 
 bool CPlexaTest::Test(const char* name, unsigned char const (*const program)[5], int base) {
     // An observer that starts a test from within a test would pull this one's rug away.
-    if (program == nullptr || base < 0 || m_bRunning) return false;
+    if (program == nullptr || base < 0 || m_bRunning || m_pPlexa == nullptr) return false;
     m_pProgram = program;
     m_nBase = base;
     m_backup.ResetBackupControl();
@@ -130,17 +130,12 @@ PTestFuncReturnType CPlexaTest::Evaluate(CStream* pStream, int index, CSyncMark*
         m_bEnded = true;
         return Truth(false);
     }
-    if (m_pObserver != nullptr) return EvaluateObserved(pStream, index, pp, direction, pDone);
-    return (this->*m_handlers[opcode])(pStream, index, pp, direction, pDone);
-}
-
-PTestFuncReturnType CPlexaTest::EvaluateObserved(CStream* pStream, int index, CSyncMark** pp,
-                                                 ScanDirectionType direction, int* pDone) {
+    const Handler handler = m_handlers[opcode];
+    if (m_pObserver == nullptr) return (this->*handler)(pStream, index, pp, direction, pDone);
     CPlexaTestObserver* pObserver = m_pObserver;
     CPlexaTestStep step = {index, At(index), pStream, mlds::ObjectAt(*pp), direction};
     pObserver->BeforeInstruction(step);
-    const PTestFuncReturnType result =
-        (this->*m_handlers[At(index)[0]])(pStream, index, pp, direction, pDone);
+    const PTestFuncReturnType result = (this->*handler)(pStream, index, pp, direction, pDone);
     step.position = mlds::ObjectAt(*pp);
     pObserver->AfterInstruction(step, result);
     return result;

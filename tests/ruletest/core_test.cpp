@@ -29,8 +29,9 @@ TEST_F(CoreTest, ContextsAreBothTriedInAnOrder) {
     EXPECT_TRUE(Test(Ptr(x), AngleBrkt(Is('o'), See('l')), AngleBrkt(Is('l'), See('r'))));
     EXPECT_TRUE(Test(Ptr(x), Adj(Any(), See('l')), AngleBrkt(Is('l'))));
     // A link in the place of the direction says it, too.
-    const int first = See('a');
-    EXPECT_TRUE(Test(Adj(first, Ptr(x)), See('l'), See('r')));
+    Link(1, 0, 4);  // See('a')
+    Link(1, 1, 'a');
+    EXPECT_TRUE(Test(Adj(1, Ptr(x)), See('l'), See('r')));
     EXPECT_EQ(m_seen, "a<l<r>");
 }
 

@@ -88,7 +88,7 @@ public:
         const std::size_t n = m_program.size();
         const std::unique_ptr<unsigned char[][5]> program(new unsigned char[n][5]);
         std::memcpy(program.get(), m_program.data(), n * 5);
-        m_program.resize(1);
+        m_program.resize(2);
         m_seen.clear();
         if (!m_bWatched) return m_tiers.plexa.Test("rule", program.get(), 0);
         const Bound before = GetBound();
@@ -179,7 +179,8 @@ private:
     }
     static unsigned char Low(int byte) { return static_cast<unsigned char>(byte & 0xFF); }
 
-    std::vector<std::array<unsigned char, 5>> m_program{1};
+    // Instruction 1 stays unused: a focus whose byte 2 links there would run to the left.
+    std::vector<std::array<unsigned char, 5>> m_program{2};
     int m_focus = 0;
     int m_last = -1;
     bool m_bLast = false;

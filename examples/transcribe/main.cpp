@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "latin1.h"
+#include "letterrules.h"
 #include "picture.h"
 #include "tiers.h"
 #include "utterance.h"
@@ -19,13 +20,15 @@ namespace {
 using transcribe::DecodedText;
 using transcribe::Tiers;
 
-constexpr const char* kUsage = R"(usage: transcribe [FILE...]
+constexpr const char* kUsage = R"(usage: transcribe [OPTION...] [FILE...]
 
 Reads Spanish text in UTF-8, one utterance per line, and prints for every utterance the characters
-as typed, what is spoken of them, the words and the phones, aligned under each other. Without FILE,
-or where FILE is -, reads standard input.
+as typed, what is spoken of them, the words, the phones and the syllables, aligned under each other.
+Without FILE, or where FILE is -, reads standard input.
 
-  -h, --help  print this help and exit
+  -p, --phones  print the phones alone, an utterance a line
+  -t, --trace   print to standard error which rules were tried at every letter, and what came of it
+  -h, --help    print this help and exit
 
 The exit status is 0 if everything was transcribed, 1 if a file or a line was skipped, and 2 if the
 command line was wrong.
@@ -43,6 +46,9 @@ std::size_t PartLength(std::string_view text) {
 
 class Program {
 public:
+    Program(bool bPhones, bool bTrace)
+        : m_rules(m_tiers, bTrace ? &std::clog : nullptr), m_bPhones(bPhones) {}
+
     /// True if every line of the file was transcribed. "-" is standard input.
     bool TranscribeFile(const std::string& path) {
         const bool bStdin = path == "-";
@@ -81,40 +87,51 @@ private:
         }
         std::string_view text = decoded.latin1;
         if (text.find_first_not_of(' ') == std::string_view::npos) return true;
-        std::cout << (m_bFirst ? "" : "\n") << place << '\n';
+        if (!m_bPhones) std::cout << (m_bFirst ? "" : "\n") << place << '\n';
         m_bFirst = false;
         while (!text.empty()) {
             const std::size_t n = PartLength(text);
-            transcribe::Transcribe(m_tiers, std::string(text.substr(0, n)));
-            transcribe::PrintPicture(m_tiers, std::cout);
+            transcribe::Transcribe(m_tiers, m_rules, std::string(text.substr(0, n)));
             text.remove_prefix(n);
-            if (!text.empty()) std::cout << '\n';
+            if (m_bPhones) {
+                transcribe::PrintPhones(m_tiers, std::cout);
+            } else {
+                transcribe::PrintPicture(m_tiers, std::cout);
+                if (!text.empty()) std::cout << '\n';
+            }
         }
         return true;
     }
 
     Tiers m_tiers;
+    transcribe::LetterRules m_rules;
+    bool m_bPhones;
     bool m_bFirst = true;
 };
 
 }  // namespace
 
 int main(int argc, char** argv) try {
-    const option options[] = {{"help", no_argument, nullptr, 'h'}, {}};
-    for (int c = 0; (c = getopt_long(argc, argv, "h", options, nullptr)) != -1;) {
-        if (c == 'h') {
-            std::cout << kUsage;
-            return 0;
+    const option options[] = {{"phones", no_argument, nullptr, 'p'},
+                              {"trace", no_argument, nullptr, 't'},
+                              {"help", no_argument, nullptr, 'h'},
+                              {}};
+    bool bPhones = false;
+    bool bTrace = false;
+    for (int c = 0; (c = getopt_long(argc, argv, "pth", options, nullptr)) != -1;) {
+        switch (c) {
+            case 'p': bPhones = true; break;
+            case 't': bTrace = true; break;
+            case 'h': std::cout << kUsage; return 0;
+            default: std::cerr << "Try 'transcribe --help'.\n"; return 2;
         }
-        std::cerr << "Try 'transcribe --help'.\n";
-        return 2;
     }
     std::vector<const char*> paths(argv + optind, argv + argc);
     if (paths.empty()) paths.push_back("-");
 
     std::ios::sync_with_stdio(false);
     okuLog.m_nLevel = 1;  // what the library refuses is worth knowing
-    Program program;
+    Program program(bPhones, bTrace);
     bool bAll = true;
     for (const char* path : paths) bAll &= program.TranscribeFile(path);
     if (!std::cout.flush()) {

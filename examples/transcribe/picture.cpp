@@ -24,17 +24,30 @@ struct Cell {
     std::string text;
 };
 
-// What is shown of a token: the letters of a word; else its name, an apostrophe in front if
-// stressed.
+// An apostrophe in front of a stressed vowel.
+std::string Phones(Tiers& tiers, CSyncMark* pFrom, CSyncMark* pTo) {
+    std::string text;
+    for (const Interval& phone : Intervals(pFrom->GetCorrespondingSyncMark(tiers.pPhone),
+                                           pTo->GetCorrespondingSyncMark(tiers.pPhone))) {
+        if (phone.pToken == nullptr) continue;
+        text += phone.pToken->GetFieldValueInt("stress") > 0 ? "'" : "";
+        text += phone.pToken->GetNameField();
+    }
+    return text;
+}
+
+// What is shown of a token: the letters of a word, the phones of a syllable; else its name.
 std::string CellText(Tiers& tiers, const Interval& interval) {
     CToken* pToken = interval.pToken;
     if (pToken == nullptr) return "";
-    if (pToken->GetStream() == tiers.pWord) {
+    CStream* pStream = pToken->GetStream();
+    if (pStream == tiers.pWord) {
         return tiers.pInp->GetStr(interval.pLeft, interval.pRight, false);
     }
-    const char* name = pToken->GetNameField();
-    const char* stress = pToken->GetFieldValueInt("stress") > 0 ? "'" : "";
-    return std::string(stress) + (name != nullptr ? name : "?");
+    if (pStream == tiers.pPhone || pStream == tiers.pSyl) {
+        return Phones(tiers, interval.pLeft, interval.pRight);
+    }
+    return pToken->GetNameField();
 }
 
 class Picture {
@@ -146,6 +159,21 @@ void Picture::Print(std::ostream& out) const {
 
 void PrintPicture(Tiers& tiers, std::ostream& out) {
     Picture(tiers).Print(out);
+}
+
+void PrintPhones(Tiers& tiers, std::ostream& out) {
+    const char* between = "";
+    for (const Interval& word : Intervals(tiers.pWord)) {
+        for (const Interval& syl : Intervals(word.pLeft->GetCorrespondingSyncMark(tiers.pSyl),
+                                             word.pRight->GetCorrespondingSyncMark(tiers.pSyl))) {
+            const std::string phones = Phones(tiers, syl.pLeft, syl.pRight);
+            if (phones.empty()) continue;
+            out << between << phones;
+            between = ".";
+        }
+        if (*between != '\0') between = " ";
+    }
+    out << '\n';
 }
 
 }  // namespace transcribe

@@ -12,6 +12,9 @@ namespace transcribe {
 /// in one column. Long utterances are cut into blocks, between words where possible.
 void PrintPicture(Tiers& tiers, std::ostream& out);
 
+/// Prints the phones of all words in one line: "." between syllables, spaces between words.
+void PrintPhones(Tiers& tiers, std::ostream& out);
+
 }  // namespace transcribe
 
 #endif

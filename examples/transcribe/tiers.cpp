@@ -39,6 +39,18 @@ void DeclareInp(CStream* pInp) {
     AddFeatures(pInp, "class", {{"letter", letters}, {"digit", "0..9"}, {"pause", kPauses}});
     AddYesNo(pInp, "vowel", vowels);
     AddYesNo(pInp, "accent", "á é í ó ú");
+    // What rules ask of a letter's neighbours.
+    AddYesNo(pInp, "front", "e è é ê ë i ì í î ï");
+    AddFeatures(pInp, "height",
+                {{"open", "a à á â ã å æ e è é ê ë o ò ó ô õ ö ø"},
+                 {"i", "i ì í î ï"},
+                 {"u", "u ù ú û ü"},
+                 kRest});
+    AddFeatures(pInp, "plosive", {{"b", "b v"}, {"d", "d"}, {"g", "g"}, kRest});
+    AddYesNo(pInp, "nasal", "m n ñ");
+    AddYesNo(pInp, "trilling", "n l s");  // r sounds as rr behind these
+    AddYesNo(pInp, "labial", "b p v");
+    AddYesNo(pInp, "velar", "g j k q");
 }
 
 void DeclareWord(CStream* pWord) {
@@ -78,6 +90,11 @@ void DeclarePhone(CStream* pPhone) {
     AddYesNo(pPhone, "back", "u o");
 }
 
+void DeclareSyl(CStream* pSyl) {
+    AddField(pSyl, "name", fvEnum, "syl");
+    AddField(pSyl, "stress", fvInt);
+}
+
 }  // namespace
 
 Tiers::Tiers()
@@ -85,11 +102,13 @@ Tiers::Tiers()
       pRaw(Add("RawInput")),
       pInp(Add("inp")),
       pWord(Add("word")),
-      pPhone(Add("phone")) {
+      pPhone(Add("phone")),
+      pSyl(Add("syl")) {
     DeclareRawInput(pRaw);
     DeclareInp(pInp);
     DeclareWord(pWord);
     DeclarePhone(pPhone);
+    DeclareSyl(pSyl);
     plexa.Initialize();
 }
 

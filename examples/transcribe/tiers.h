@@ -11,7 +11,8 @@ namespace transcribe {
 /// - "RawInput", the characters as they were typed;
 /// - "inp", what matters of them: lower case letters, digits and marks of a pause;
 /// - "word", the words and numbers in it;
-/// - "phone", the sounds.
+/// - "phone", the sounds;
+/// - "syl", the syllables.
 class Tiers {
 public:
     /// Declares the streams and their fields. All streams are empty.
@@ -24,6 +25,7 @@ public:
     CStream* const pInp;
     CStream* const pWord;
     CStream* const pPhone;
+    CStream* const pSyl;
 
 private:
     CStream* Add(const char* name);

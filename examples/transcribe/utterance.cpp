@@ -5,8 +5,8 @@
 #include <array>
 
 #include "interval.h"
-#include "letters.h"
 #include "require.h"
+#include "syllables.h"
 #include "tierfiller.h"
 
 namespace transcribe {
@@ -31,7 +31,7 @@ char ToLower(CToken* pRaw) {
 // Every tier gets an opening and a closing mark, all synchronous, and "RawInput" the text between.
 void FillRawInput(Tiers& tiers, const std::string& text) {
     CStream* pRaw = tiers.pRaw;
-    std::array others = {tiers.pInp, tiers.pWord, tiers.pPhone};
+    std::array others = {tiers.pInp, tiers.pWord, tiers.pPhone, tiers.pSyl};
     CSyncMark* pLeft = pRaw->pGetFirstStreamObj();
     for (int i = 0; i < 2; ++i) {
         CSyncMark* pMark = tiers.plexa.CreateSyncMark(pRaw);
@@ -83,24 +83,32 @@ void FillWord(Tiers& tiers) {
     TierFiller(tiers.plexa, tiers.pWord).Fill(FirstMark(tiers.pInp), segments);
 }
 
-// Every letter gets its phones, whatever stands beside it.
-void FillPhone(Tiers& tiers) {
+// A letter of a word gets its phones, alone or together with letters behind it.
+void FillPhone(Tiers& tiers, LetterRules& rules) {
     std::vector<Segment> segments;
+    CSyncMark* pDone = FirstMark(tiers.pInp);
     for (const Interval& interval : Intervals(tiers.pInp)) {
-        CToken* pToken = interval.pToken;
-        segments.push_back({pToken != nullptr ? PhonesOf(Character(pToken)) : "", interval.pRight});
+        if (interval.pLeft != pDone) continue;  // the last sound covers this letter
+        Segment segment = {"", interval.pRight};
+        if (interval.pToken != nullptr && interval.pToken->IsItA("class", "letter")) {
+            Sound sound = rules.SoundOf(interval);
+            segment = {std::move(sound.phones), sound.pEnd};
+        }
+        pDone = segment.pEnd;
+        segments.push_back(std::move(segment));
     }
     TierFiller(tiers.plexa, tiers.pPhone).Fill(FirstMark(tiers.pInp), segments);
 }
 
 }  // namespace
 
-void Transcribe(Tiers& tiers, const std::string& text) {
+void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text) {
     tiers.plexa.CPlexaReset();
     FillRawInput(tiers, text);
     FillInp(tiers);
     FillWord(tiers);
-    FillPhone(tiers);
+    FillPhone(tiers, rules);
+    FillSyl(tiers);
 }
 
 }  // namespace transcribe

@@ -4,12 +4,13 @@
 
 #include <string>
 
+#include "letterrules.h"
 #include "tiers.h"
 
 namespace transcribe {
 
 /// Empties the tiers and fills them from an utterance in Latin-1.
-void Transcribe(Tiers& tiers, const std::string& text);
+void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text);
 
 }  // namespace transcribe
 

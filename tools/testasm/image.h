@@ -37,8 +37,8 @@ struct Layout {
 };
 Layout LayOut(const Test& test);
 
-/// Puts the tests, whose links must lead to their own nodes (Validate says so), one behind the other.
-/// A test that is too long is an error.
+/// Puts the tests, whose links must lead to their own nodes (Validate says so), one behind the
+/// other. A test that is too long is an error.
 Image Lower(const Program& program, Diagnostics& diagnostics);
 
 /// Reads the tests back, in the order of their bases; each reaches to the base of the next one.

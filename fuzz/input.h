@@ -12,7 +12,8 @@
 
 namespace mlds_fuzz {
 
-/// The bytes of an input, one after the other; zeros after the last.
+/// The bytes of an input, one after the other; zeros after the last. Targets read them as arguments
+/// of calls: clang, which libFuzzer needs, evaluates arguments from left to right.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : m_p(data), m_pEnd(data + size) {}

@@ -100,6 +100,11 @@ CToken::CToken(const CToken& other) : CTokenBase(other), m_pSlots(other.m_pSlots
 
 CToken& CToken::operator=(const CToken& other) {
     if (this == &other) return *this;
+    if (Internals::IsLinked(this)) {
+        // Its place and its stream are its own, and so is the number of its values.
+        TokenCopy(const_cast<CToken*>(&other));
+        return *this;
+    }
     CTokenBase::operator=(other);
     FieldSlots::LetGo(m_pSlots);
     m_pSlots = other.m_pSlots;

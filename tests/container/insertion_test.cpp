@@ -67,8 +67,9 @@ TEST(Insertion, RebuildsTheRankingAndDeletionDoesNot) {
     Tiers t{{"x", "||a|b|c||"}, {"y", "||d|e||"}, {"p", "||f||"}};
     t.TieAll("x.1=p.0 y.1=p.1");
     Caller call(t);
-    for (const std::string row : {"Insert p.1 p.end z -> 0", "Insert p.1 null | -> 1",
-                                  "Mark p.2 -> 1", "List p.0 p.0 -> 1", "List p.0 p.1 -> 0"}) {
+    for (const std::string row :
+         {"Insert p.1 p.end z -> 0", "Insert p.1 null | -> 1", "Mark p.2 -> 1", "List p.0 p.0 -> 1",
+          "List p.0 p.1 -> 0", "String p.0 p.1 ab -> 1"}) {
         EXPECT_EQ(call(Parts(row).first), "1") << row;
         EXPECT_EQ(call("Search x.0 y.2 right"), Parts(row).second) << row;
     }

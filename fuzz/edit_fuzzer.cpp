@@ -37,7 +37,7 @@ public:
         Settle(false);
         for (int n = 1; !m_in.IsOver(); ++n) {
             const unsigned what = m_in.Byte();
-            Call(what % (m_bTame ? 15 : 23));
+            Call(what % (m_bTame ? 15 : 25));
             Settle(what >= 240);
             if (m_bTame && n % 4 == 0) RequireWhole(what >= 240);
         }
@@ -90,7 +90,7 @@ private:
             case 10: ChangeToken(Token()); break;
             case 11: Reset(plexa, Stream()); break;
             case 12: UseLists(plexa, a); break;
-            case 13: Fresh(pStream); break;
+            case 13: MarkAndMeasure(plexa, pStream, a, b); break;
             case 14:
                 p = Object();
                 std::erase(m_owned, p);
@@ -117,6 +117,11 @@ private:
             case 22:
                 plexa.InsertStreamObject(pStream, a, b, Fresh(pStream),
                                          static_cast<InsertionLocationType>(Small()));
+                break;
+            case 23: Cut(Stream(), a, b); break;
+            case 24:
+                Stream()->InsertSection(Object(), Object(), m_in.Flag() ? &a : nullptr,
+                                        m_in.Flag() ? &b : nullptr);
         }
     }
 
@@ -199,6 +204,31 @@ private:
         pToken->TokenCopy(Token());
         pToken->IsItA("name", Text());
         if (m_in.Flag()) pToken->ResetFieldValuesToDefault();
+    }
+
+    void MarkAndMeasure(CPlexa& plexa, CStream* pStream, CSyncMark* a, CSyncMark* b) {
+        Fresh(pStream);
+        plexa.Mark(m_in.Flag() ? "[<name:t $t.name>]" : "%inp <h $u.stress>", a, b);
+        plexa.Mark(pStream, "stress", Small(), a, b);
+        plexa.Duration(pStream, a, Small(), b, Small());
+        plexa.SetDuration(pStream, a, b, Small() * 900);
+        if (pStream != nullptr) pStream->CompareSection(a, b, Mark(), Mark());
+    }
+
+    // What is cut out is owned here, and so can be discarded and put back one by one too.
+    void Cut(CStream* pStream, CSyncMark* a, CSyncMark* b) {
+        pStream->DeSyncSection(Mark(), b);
+        CStreamObj *pFirst = nullptr, *pLast = nullptr;
+        const auto type = static_cast<BufferSyncMarkInsertionType>(Small());
+        if (!pStream->ExciseSection(a, b, &pFirst, &pLast, type)) return;
+        for (CStreamObj* p = pFirst; p != nullptr; p = p->GetAdjacentStreamObj(sdRight)) {
+            m_owned.push_back(p);
+            if (p != pLast) continue;
+            CSyncMark* pLeft = m_in.Flag() ? Mark() : nullptr;  // the bounds may be gone
+            if (pLeft != nullptr) pStream->InsertSection(pFirst, pLast, &pLeft, nullptr);
+            return;
+        }
+        Require(false, "a chain without its end");
     }
 
     void Reset(CPlexa& plexa, CStream* pStream) {

@@ -16,7 +16,8 @@ enum ObjectState : std::uint8_t {
     osLinked = 1,    // lies in the chain of a stream (the links of other objects are stale)
     osNumbered = 2,  // its order index follows its stream's numbering, see ordernumbering.h
     osNewer = 4,     // linked after the numbering that its epoch names
-    osSentinel = 8   // an end of a stream, linked for ever
+    osSentinel = 8,  // an end of a stream, linked for ever
+    osDetached = 16  // lies in a chain that was cut out of a stream: its links are true
 };
 
 struct Internals {

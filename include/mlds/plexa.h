@@ -196,16 +196,27 @@ public:
     /// null if it has no counterpart there.
     CSyncMark* Move(CStream* pStream, CSyncMark* pSyncMark, ScanDirectionType direction);
 
-    /// Set a field of every token between two marks. Not available yet: false.
+    /// Set a field of the stream's tokens between two marks of any streams; to the end of the
+    /// stream if the right mark does not lie right of the left one. The value is a number, or a
+    /// text: a number for an fvInt field, else a possible value (-1 if it is none). False, with
+    /// nothing changed, for null, marks without a counterpart in the stream and, with a text, for
+    /// an unknown field; a number for an unknown field is true and changes nothing.
     bool Mark(CStream* pStream, const char* fieldName, int value, CSyncMark* pLeft,
               CSyncMark* pRight);
     bool Mark(CStream* pStream, const char* fieldName, const char* valueText, CSyncMark* pLeft,
               CSyncMark* pRight);
+    /// The same for every item of a list like "<stress:1 $v.tone>", also behind the name of its
+    /// stream ("[" is phone, "{" inp, "%word " word; true and nothing done for an unknown one). The
+    /// notation is in docs/notation.md. False, with nothing changed, for a list that is not closed,
+    /// parts that are too long, unknown fields and variables without a token; a variable without a
+    /// field is false when its turn comes, the items before it hold.
     bool Mark(CStream* pStream, const char* markString, CSyncMark* pLeft, CSyncMark* pRight);
     bool Mark(const char* markString, CSyncMark* pLeft, CSyncMark* pRight);
 
     /// The sum of field 0 over the tokens between two marks, less the left offset and plus the
-    /// right one. Not available yet: -1.
+    /// right one; an offset belongs to the mark before it. -1 for a stream whose field 0 is no
+    /// fvInt or that is not there, and if the right mark does not lie right of the left one; 0 if a
+    /// mark has no counterpart. The unit is the host's; sums wrap at 32 bits.
     int Duration(CStream* pStream, CSyncMark* pLeft, int leftOffset, CSyncMark* pRight,
                  int rightOffset);
     int Duration(CSyncMark* pLeft, CSyncMark* pRight);
@@ -220,7 +231,9 @@ public:
     int Duration(const char* streamName, CSyncMark* pLeft, CSyncMark* pRight, int rightOffset);
     int Duration(const char* streamName, CSyncMark* pLeft, int leftOffset, CSyncMark* pRight,
                  int rightOffset);
-    /// Rescales field 0 of the tokens between two marks to a new sum. Not available yet: false.
+    /// Rescales field 0 of the tokens between two marks to a new sum, by whole thousandths: the new
+    /// sum is the old one times that factor, rounded up. False, with nothing changed, where
+    /// Duration() would fail or is 0, and for products beyond 32 bits.
     bool SetDuration(CStream* pStream, CSyncMark* pLeft, CSyncMark* pRight, int newDuration);
     bool SetDuration(CSyncMark* pLeft, CSyncMark* pRight, int newDuration);
 

@@ -40,12 +40,23 @@ public:
     /// with nothing changed, for a sentinel, null or an object that is in no stream.
     virtual CStreamObj* RemoveStreamObj(CStreamObj* p, bool bDelete) = 0;
 
-    /// Takes the marks between two marks out of their groups.
+    // Sections lie between two marks, which may be of any streams with a counterpart here.
+
+    /// Takes the marks between two marks out of their groups. Nothing happens if there is no such
+    /// section.
     virtual void DeSyncSection(CSyncMark* pFrom, CSyncMark* pTo) = 0;
-    /// Cuts out what lies between two marks, as a chain that belongs to the caller.
+    /// Cuts out what lies between two marks, its marks taken out of their groups, as a chain from
+    /// *ppFirst to *ppLast: the caller's, to be put back or discarded object by object. Of `type`,
+    /// bsmDeleteLeft and bsmDeleteRight delete that mark too. The counters go down by what the
+    /// chain counts for, its last object always as a mark. False, with nothing changed, for null,
+    /// an empty section and bounds that are not in order.
     virtual bool ExciseSection(CSyncMark* pFrom, CSyncMark* pTo, CStreamObj** ppFirst,
                                CStreamObj** ppLast, BufferSyncMarkInsertionType type) = 0;
-    /// Links a chain that was cut out of this stream between two neighbours.
+    /// Links a chain that was cut out of this stream, a run of one, or a single object, between two
+    /// neighbours; the stream owns it again. One of the bounds may be null: the other's neighbour
+    /// is meant, with a new mark between where tokens would touch. The bounds are replaced by their
+    /// counterparts here, also by null. False if what is given is no such chain, if the bounds are
+    /// no neighbours, and where tokens would touch; the chain is then still the caller's.
     virtual bool InsertSection(CStreamObj* pFirst, CStreamObj* pLast, CSyncMark** ppLeft,
                                CSyncMark** ppRight) = 0;
 
@@ -111,7 +122,9 @@ public:
     int GetNumTokens() override;
     int GetNumSyncMarks(CSyncMark* from, CSyncMark* to) override;
     char* GetStr(CSyncMark* from, CSyncMark* to, bool bWithSyncMarks) override;
-    /// True if the tokens of two sections have equal field values.
+    /// True if the tokens of two sections have equal field values; marks between them do not
+    /// matter. Null is the end of the stream on that side; false if both bounds of a section are
+    /// null. A second section behind the last token of the stream equals any that is not empty.
     virtual bool CompareSection(CSyncMark* pFrom1, CSyncMark* pTo1, CSyncMark* pFrom2,
                                 CSyncMark* pTo2);
     virtual int GetNumSyncMarks();

@@ -1,18 +1,154 @@
-// Setting a field on every token between two marks. Not available yet.
-#include "mlds/plexa.h"
+// Setting a field on every token between two marks.
+#include "container/hostvariable.h"
+#include "container/marknotation.h"
+#include "container/notation.h"
+#include "container/tokenrange.h"
+#include "platform/numbertext.h"
 
-bool CPlexa::Mark(CStream*, const char*, int, CSyncMark*, CSyncMark*) {
-    return false;
+using mlds::Internals;
+using mlds::MarkItem;
+using mlds::MarkRead;
+using mlds::MarkReader;
+using mlds::PartText;
+
+namespace {
+
+// What a text means as a value of the field.
+int ValueOf(CField* pField, const char* text) {
+    if (pField->GetFieldType() == fvInt) return mlds::platform::TextToInt(text);
+    return pField->GetValueIndex(text);
 }
 
-bool CPlexa::Mark(CStream*, const char*, const char*, CSyncMark*, CSyncMark*) {
-    return false;
+// What the names of an item stand for, in one stream and the current variable list.
+class MarkTarget {
+public:
+    MarkTarget(CPlexa* pPlexa, CStream* pStream)
+        : m_pStream(pStream), m_pVars(pPlexa->GetCurrentVarList()) {}
+
+    struct Change {
+        CField* pField = nullptr;  // null: the item does nothing
+        int value = 0;
+    };
+
+    /// False if the item names a field that is not there, or a variable without a token.
+    bool Resolve(const MarkItem& item, Change& change) const {
+        const PartText value(item.value);
+        const PartText source(item.source);
+        CField* pField = item.bBareValue ? FieldWith(value) : Named(item.field);
+        const bool bTarget = item.bBareValue ? pField != nullptr : !item.field.empty();
+        change = {};
+        if (!bTarget && item.source.empty()) return true;
+        const char* text = value;
+        CStreamObj** ppVar = item.bVariable ? Variable(item.variable) : nullptr;
+        if (ppVar != nullptr) {
+            CStreamObj* pBound = mlds::ReadHostVariable(ppVar);
+            if (pBound == nullptr || !Internals::IsToken(pBound)) return false;
+            auto* pToken = static_cast<CToken*>(pBound);
+            if (Internals::FieldIndex(pToken, source) < 0) return false;
+            text = pToken->GetFieldValueString(source);
+            if (text == nullptr) text = "";
+            if (!bTarget) pField = m_pStream->GetField(source);
+        }
+        if (pField == nullptr) return false;
+        change = {pField, ValueOf(pField, text)};
+        return true;
+    }
+
+    /// Tells the viewer that the item's variable is used.
+    void ReportUse(const MarkItem& item) const {
+        if (item.bVariable && m_pVars != nullptr) m_pVars->GetVarPtr(PartText(item.variable));
+    }
+
+private:
+    CField* Named(std::string_view name) const {
+        return name.empty() ? nullptr : m_pStream->GetField(PartText(name));
+    }
+
+    CField* FieldWith(const char* value) const {
+        for (int i = 0, n = Internals::NumFields(m_pStream); i < n; ++i) {
+            CField* pField = Internals::Field(m_pStream, i);
+            if (pField->GetValueIndex(value) == -1) continue;
+            // From here on it is known by its name, which an earlier field may have too.
+            return Named(pField->GetFieldName());
+        }
+        return nullptr;
+    }
+
+    CStreamObj** Variable(std::string_view name) const {
+        if (m_pVars == nullptr) return nullptr;
+        const int i = m_pVars->GetVarIndex(PartText(name));
+        return i >= 0 ? Internals::BoundVar(m_pVars, i) : nullptr;
+    }
+
+    CStream* m_pStream;
+    CVarList* m_pVars;
+};
+
+// Reads a whole list without doing anything. False if it is malformed or names what is not there.
+// A variable without a '.' only shows when its turn comes: what stands before it is carried out.
+bool CanBeApplied(const MarkTarget& target, const char* text) {
+    MarkReader reader(text);
+    if (!reader.Open()) return false;
+    MarkItem item;
+    MarkTarget::Change change;
+    for (;;) {
+        const MarkRead read = reader.Next(item);
+        if (read == MarkRead::end || read == MarkRead::noSource) return true;
+        if (read == MarkRead::malformed || !target.Resolve(item, change)) return false;
+    }
 }
 
-bool CPlexa::Mark(CStream*, const char*, CSyncMark*, CSyncMark*) {
-    return false;
+}  // namespace
+
+bool CPlexa::Mark(CStream* pInto, const char* fieldName, int value, CSyncMark* pLeft,
+                  CSyncMark* pRight) {
+    mlds::TokenRange range;
+    if (fieldName == nullptr || !mlds::BelongsTo(this, pInto)) return false;
+    if (!range.Find(this, pInto, pLeft, pRight)) return false;
+    const int i = pInto->GetFieldIndex(fieldName);
+    DelayMessageDisplay(true);
+    range.ForEach([&](CToken* p) {
+        if (Internals::StreamOf(p) == pInto) {
+            p->SetFieldValue(i, value);
+        } else {
+            p->SetFieldValue(fieldName, value);
+        }
+    });
+    DelayMessageDisplay(false);
+    return true;
 }
 
-bool CPlexa::Mark(const char*, CSyncMark*, CSyncMark*) {
-    return false;
+bool CPlexa::Mark(CStream* pInto, const char* fieldName, const char* valueText, CSyncMark* pLeft,
+                  CSyncMark* pRight) {
+    if (!mlds::BelongsTo(this, pInto) || fieldName == nullptr || valueText == nullptr) return false;
+    CField* pField = pInto->GetField(fieldName);
+    if (pField == nullptr) return false;
+    return Mark(pInto, fieldName, ValueOf(pField, valueText), pLeft, pRight);
+}
+
+bool CPlexa::Mark(CStream* pInto, const char* markString, CSyncMark* pLeft, CSyncMark* pRight) {
+    if (!mlds::BelongsTo(this, pInto) || markString == nullptr) return false;
+    const MarkTarget target(this, pInto);
+    if (!CanBeApplied(target, markString)) return false;
+    MarkReader reader(markString);
+    reader.Open();
+    MarkItem item;
+    for (;;) {
+        const MarkRead read = reader.Next(item);
+        if (read == MarkRead::end) return true;
+        target.ReportUse(item);
+        MarkTarget::Change change;
+        if (read == MarkRead::noSource || !target.Resolve(item, change)) return false;
+        if (change.pField != nullptr) {
+            Mark(pInto, change.pField->GetFieldName(), change.value, pLeft, pRight);
+        }
+    }
+}
+
+bool CPlexa::Mark(const char* markString, CSyncMark* pLeft, CSyncMark* pRight) {
+    std::string_view name;
+    if (markString == nullptr || !mlds::ReadMarkPrefix(markString, name)) return false;
+    CStream* pInto = name.empty() ? nullptr : pStream(PartText(name));
+    // A list for a stream that this container does not have concerns nobody.
+    return pInto == nullptr || Mark(pInto, markString, pLeft, pRight);
 }

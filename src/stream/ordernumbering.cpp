@@ -49,6 +49,7 @@ OrderNumbering* OrderNumbering::CommonNumbering(CStreamObj* p, CStreamObj* pLeft
 
 void OrderNumbering::Link(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight,
                           const CStream* pVia) {
+    LeaveDetached(p);
     if (OrderNumbering* pNumbering = CommonNumbering(p, pLeft, pRight, pVia)) {
         pNumbering->LinkHere(p, pLeft, pRight);
     } else {
@@ -175,6 +176,52 @@ void OrderNumbering::Unlink(CStreamObj* p) {
     CStreamObj* pPrev = Internals::Prev(p);
     if (pPrev != nullptr) Internals::Next(pPrev) = pNext;
     if (pNext != nullptr) Internals::Prev(pNext) = pPrev;
+}
+
+void OrderNumbering::Detach(CStreamObj* pFirst, CStreamObj* pLast) {
+    CStreamObj* pLeft = Internals::Prev(pFirst);
+    CStreamObj* pRight = Internals::Next(pLast);
+    OrderNumbering* pNumbering =
+        (Internals::State(pFirst) & osNumbered) != 0 ? NumberingOf(pFirst) : nullptr;
+    // Once for all, before the first leaves: a walk must not meet objects that have left.
+    if (pNumbering != nullptr) pNumbering->SettleNow();
+    for (CStreamObj* p = pFirst; p != pRight; p = Internals::Next(p)) {
+        if (pNumbering != nullptr) pNumbering->Leave(p);
+        Internals::State(p) = osDetached;
+    }
+    Internals::Prev(pFirst) = nullptr;
+    Internals::Next(pLast) = nullptr;
+    Internals::Next(pLeft) = pRight;
+    Internals::Prev(pRight) = pLeft;
+}
+
+void OrderNumbering::TakeOutOfDetached(CStreamObj* p) {
+    CStreamObj* pNext = Internals::Next(p);
+    CStreamObj* pPrev = Internals::Prev(p);
+    if (pPrev != nullptr) Internals::Next(pPrev) = pNext;
+    if (pNext != nullptr) Internals::Prev(pNext) = pPrev;
+    Internals::State(p) = 0;
+}
+
+void OrderNumbering::Attach(CStreamObj* pFirst, CStreamObj* pLast, CStreamObj* pLeft,
+                            CStreamObj* pRight) {
+    Internals::Next(pLeft) = pFirst;
+    Internals::Prev(pFirst) = pLeft;
+    Internals::Prev(pRight) = pLast;
+    Internals::Next(pLast) = pRight;
+    std::uint32_t n = 0;
+    for (CStreamObj* p = pFirst; p != pRight; p = Internals::Next(p), ++n) {
+        Internals::State(p) = osLinked;
+    }
+    if (!IsInOwnChain(pLeft) || NumberingOf(pLeft)->m_bAtOnce) {
+        while (Internals::Prev(pLeft) != nullptr) pLeft = Internals::Prev(pLeft);
+        RenumberChain(pLeft);
+        return;
+    }
+    OrderNumbering* pNumbering = NumberingOf(pLeft);
+    pNumbering->m_nLinked += n;
+    pNumbering->m_pAnchor = nullptr;
+    pNumbering->RenumberNow();
 }
 
 void OrderNumbering::Leave(CStreamObj* p) {

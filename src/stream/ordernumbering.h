@@ -46,6 +46,17 @@ public:
     /// Takes a linked object out of its chain; its own links and its index stay readable.
     static void Unlink(CStreamObj* p);
 
+    /// Cuts the run of linked objects pFirst to pLast out of its chain. It is a chain of its own
+    /// then, its objects keep their indices.
+    static void Detach(CStreamObj* pFirst, CStreamObj* pLast);
+    /// Takes an object out of the detached chain that it lies in, if it lies in one.
+    static void LeaveDetached(CStreamObj* p) {
+        if ((Internals::State(p) & osDetached) != 0) TakeOutOfDetached(p);
+    }
+    /// Links a detached chain between two neighbours, and numbers the whole stream.
+    static void Attach(CStreamObj* pFirst, CStreamObj* pLast, CStreamObj* pLeft,
+                       CStreamObj* pRight);
+
     static std::uint32_t IndexOf(CStreamObj* p) {
         if ((Internals::State(p) & osNumbered) != 0) NumberingOf(p)->SettleFor(p);
         return Internals::Index(p);
@@ -69,6 +80,7 @@ private:
                                            const CStream* pVia);
     static void LinkAcrossStreams(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight);
     static void RenumberChain(CStreamObj* pStart);
+    static void TakeOutOfDetached(CStreamObj* p);
 
     void LinkHere(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight);
     std::uint32_t CountRank(CStreamObj* p) const;

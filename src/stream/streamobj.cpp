@@ -38,6 +38,7 @@ CStreamObj& CStreamObj::operator=(const CStreamObj& other) {
     if (this == &other) return *this;
     m_cDisplay = other.m_cDisplay;
     if (Internals::IsLinked(this)) return *this;  // its place is its own
+    OrderNumbering::LeaveDetached(this);
     m_pStream = other.m_pStream;
     m_pNext = other.m_pNext;
     m_pPrev = other.m_pPrev;
@@ -51,6 +52,7 @@ CStreamObj::~CStreamObj() {
     // Objects leave their stream first. One that was deleted in place must not stay behind in the
     // links of its neighbours.
     if (Internals::IsLinked(this)) OrderNumbering::Unlink(this);
+    OrderNumbering::LeaveDetached(this);
     m_pStream = nullptr;
     m_pNext = nullptr;
     m_pPrev = nullptr;

@@ -38,6 +38,7 @@ struct Internals {
     static bool IsLinked(const CStreamObj* p) { return (p->m_nState & osLinked) != 0; }
     static bool IsSentinel(const CStreamObj* p) { return (p->m_nState & osSentinel) != 0; }
     static int SlotOf(const CStreamObj* p) { return p->m_nStreamIndex; }
+    static bool& HasHandle(CStreamObj* p) { return p->m_bHasHandle; }
     static void Destroy(CStreamObj* p) { delete p; }
 
     // Sync marks
@@ -92,6 +93,10 @@ struct Internals {
     static CStream* Stream(const CPlexa* p, int i) { return p->m_pStreams[i]; }
     static bool AnyFence(const CPlexa* p) { return p->m_nFenced > 0; }
     static bool HasViewer(const CPlexa* p) { return p->m_socket.m_sendSocket != 0; }
+    static ViewerLink* Link(const CPlexa* p) { return p->m_socket.m_pLink; }
+    static void CloseLink(CPlexa* p) { p->m_socket.Disconnect(); }
+    static std::intptr_t RequestSocket(const CPlexa* p) { return p->m_socket.m_receiveSocket; }
+    static void CloseRequests(CPlexa* p) { p->m_socket.CloseRequests(); }
     static bool IsDelayed(const CPlexa* p) { return p->m_bDelayDisplay; }
     static CSyncMark* AdvanceMark(const CPlexa* p) {
         return p->m_pTest != nullptr ? p->m_pTest->m_pAdvanceMark : nullptr;

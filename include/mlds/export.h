@@ -35,6 +35,7 @@ namespace mlds {
 struct Internals;      // the library's own door to private members
 class OrderNumbering;  // how a stream numbers its objects
 struct SyncTable;      // what the members of a synchrony group share
+struct ViewerLink;     // what is known of a connected viewer
 struct FieldSlots;     // a token's field values
 struct DerivedValues;  // a field's values by name value
 }  // namespace mlds

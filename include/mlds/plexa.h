@@ -86,8 +86,12 @@ public:
     virtual bool BracketToken(CSyncMark* pSyncMark, ScanDirectionType direction, CSyncMark** ppLeft,
                               CSyncMark** ppRight, CStream* pFromStream, CStream* pToStream) = 0;
 
-    /// Connects to the viewer and reports the whole structure to it. Not available yet: false.
+    /// Connects to the viewer (CMessageSocket says where it is looked for) and reports the whole
+    /// structure to it; from then on every change is reported, and waits for the viewer's
+    /// acknowledgement. False if there is no viewer, and on a copy of a container. A link that is
+    /// lost ends by itself: the container goes on without, and may connect again.
     virtual bool StartMessageEngine() = 0;
+    /// Says goodbye and disconnects.
     virtual void StopMessageEngine() = 0;
     /// Brackets a bulk edit: while true, the viewer need not redraw. Brackets do not nest.
     virtual void DelayMessageDisplay(bool bDelay) = 0;
@@ -260,8 +264,12 @@ public:
     /// Does nothing while no viewer is connected.
     void sendMessage(int code, std::intptr_t argument);
     void sendMessage(const char* text);
+    /// Reports what the streams hold; with `bFull` also their sentinels and descriptions, the
+    /// language, and the variable lists.
     void sendEntirePlexaObj(bool bFull);
-    /// Handles what the viewer asks for.
+    /// Carries out what the viewer has asked for since the last call: edits of a token's field, and
+    /// the end of the link. Does not wait; call it where an edit may happen, for example between
+    /// two rules.
     void ProcessRecvMsg();
 
 private:
@@ -278,6 +286,10 @@ private:
     unsigned int incr_SearchNumber();
     void Release();
     void LetGoOfVarLists();
+    bool GrowMessageBuffer(int capacity);
+    void DropMessageBuffer();
+    int ReceiveRequests(bool& bClosed);
+    void HandleRequests(int nBytes);
     CSyncMark** WorkStack();
     void FollowTopVarList();
     bool InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,

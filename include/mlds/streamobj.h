@@ -141,6 +141,7 @@ protected:
 private:
     std::uint8_t m_nState;        // see mlds::ObjectState
     std::uint8_t m_nStreamIndex;  // kept here, as the object may outlive its stream
+    bool m_bHasHandle;            // a viewer knows this object
     std::uint32_t m_nEpoch;       // the numbering that the order index belongs to
 };
 

@@ -1,6 +1,8 @@
 // The string notation, character by character.
 #include "container/notation.h"
 
+#include <cstring>
+
 namespace mlds {
 
 std::string_view ReadUpTo(const char*& p, const char* stops) {

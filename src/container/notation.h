@@ -7,7 +7,6 @@
 #define MLDS_CONTAINER_NOTATION_H
 
 #include <cstddef>
-#include <cstring>
 #include <string_view>
 
 #include "mlds/field.h"
@@ -23,10 +22,7 @@ constexpr std::size_t kLongestName = 51;  // of a stream or a variable
 /// A part of a text as a string of its own. The part must not be longer than kLongestName.
 class PartText {
 public:
-    explicit PartText(std::string_view part) {
-        std::memcpy(m_text, part.data(), part.size());
-        m_text[part.size()] = '\0';
-    }
+    explicit PartText(std::string_view part) { m_text[part.copy(m_text, kLongestName)] = '\0'; }
     operator const char*() const { return m_text; }
 
 private:

@@ -56,7 +56,6 @@ CPlexa& CPlexa::operator=(const CPlexa& other) {
     // An owner keeps what it has: everything in it would be lost.
     if (this == &other || m_pHome == this) return *this;
     LetGoOfVarLists();
-    m_socket = other.m_socket;
     m_bDelayDisplay = other.m_bDelayDisplay;
     m_bMessageEngine = other.m_bMessageEngine;
     m_pTest = other.m_pTest;
@@ -73,7 +72,7 @@ CPlexa& CPlexa::operator=(const CPlexa& other) {
     m_nLanguage = other.m_nLanguage;
     m_nDialect = other.m_nDialect;
     m_nSearchNumber = other.m_nSearchNumber;
-    m_pMessageBuffer = other.m_pMessageBuffer;
+    m_pMessageBuffer = nullptr;
     m_nMessageCapacity = other.m_nMessageCapacity;
     m_pHome = other.m_pHome;
     m_nFenced = other.m_nFenced;
@@ -95,11 +94,8 @@ void CPlexa::LetGoOfVarLists() {
 }
 
 void CPlexa::Release() {
-    if (Internals::HasViewer(this)) {
-        sendMessage(mlds::msgGoodbye, 0);
-        m_socket.Disconnect();
-    }
-    delete[] m_pMessageBuffer;
+    StopMessageEngine();
+    DropMessageBuffer();
     mlds::platform::WSACleanup();
     delete m_pTest;
     m_pTest = nullptr;

@@ -38,6 +38,7 @@ CVarList& CVarList::operator=(const CVarList& other) {
             Internals::DropFromStack(m_pPlexa, this);
             Internals::FollowTop(m_pPlexa);
             Delist();
+            mlds::ForgetHandle(m_pPlexa, this);
         }
         m_pPlexa = other.m_pPlexa;
         if (m_pPlexa != nullptr) Enlist();
@@ -64,6 +65,7 @@ CVarList::~CVarList() {
     Internals::FollowTop(m_pPlexa);
     Delist();
     mlds::Report(m_pPlexa, mlds::msgListGone, this);
+    mlds::ForgetHandle(m_pPlexa, this);
 }
 
 // The container knows its lists, so that it can let go of those that outlive it.

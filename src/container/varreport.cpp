@@ -6,7 +6,7 @@ using mlds::Internals;
 
 void CVarList::ReportVar(int code, int i) {
     if (m_pPlexa != nullptr && Internals::HasViewer(m_pPlexa)) {
-        mlds::ReportVariable(m_pPlexa, code, this, i);
+        mlds::ReportVariable(m_pPlexa, code, this, i, m_szNames[i]);
     }
 }
 

@@ -38,24 +38,38 @@ std::int32_t TextToInt(const char* text) {
     return value;
 }
 
+namespace {
+
 #if defined(_WIN32)
 
-bool ScanFloat(const char* text, float& value) {
+template <typename T>
+bool ScanOne(const char* text, const char* format, T& value) {
     static const _locale_t c = _create_locale(LC_ALL, "C");
-    return _sscanf_l(text, "%f", c, &value) == 1;
+    return _sscanf_l(text, format, c, &value) == 1;
 }
 
 #else
 
-bool ScanFloat(const char* text, float& value) {
+template <typename T>
+bool ScanOne(const char* text, const char* format, T& value) {
     static const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
     const locale_t old = uselocale(c);
-    const int nRead = std::sscanf(text, "%f", &value);
+    const int nRead = std::sscanf(text, format, &value);
     uselocale(old);
     return nRead == 1;
 }
 
 #endif
+
+}  // namespace
+
+bool ScanFloat(const char* text, float& value) {
+    return ScanOne(text, "%f", value);
+}
+
+bool ScanDouble(const char* text, double& value) {
+    return ScanOne(text, "%lf", value);
+}
 
 char* _gcvt(double value, int digits, char* buffer) {
     char* p = buffer;

@@ -22,6 +22,8 @@ std::int32_t TextToInt(const char* text);
 /// Reads what scanf's %f reads, with a '.' whatever the host's locale. False, and `value` as it
 /// was, if the text does not begin with a number.
 bool ScanFloat(const char* text, float& value);
+/// The same for %lf.
+bool ScanDouble(const char* text, double& value);
 
 /// Writes an integer-valued number with at most `digits` significant digits and a trailing point,
 /// rounding halves away from zero: 7. or -3. or 1.235e+004. `buffer` must hold digits + 9

@@ -4,6 +4,7 @@
 #include "stream/memory.h"
 #include "stream/ordernumbering.h"
 #include "stream/scan.h"
+#include "viewer/report.h"
 
 using mlds::Internals;
 using mlds::OrderNumbering;
@@ -20,6 +21,7 @@ CStreamObj::CStreamObj(CStream* pStream, int streamIndex)
       m_cDisplay('\0'),
       m_nState(0),
       m_nStreamIndex(static_cast<std::uint8_t>(streamIndex)),
+      m_bHasHandle(false),
       m_nEpoch(0) {}
 
 CStreamObj::CStreamObj(const CStreamObj& other)
@@ -32,6 +34,7 @@ CStreamObj::CStreamObj(const CStreamObj& other)
       m_cDisplay(other.m_cDisplay),
       m_nState(0),
       m_nStreamIndex(other.m_nStreamIndex),
+      m_bHasHandle(false),
       m_nEpoch(0) {}
 
 CStreamObj& CStreamObj::operator=(const CStreamObj& other) {
@@ -39,6 +42,7 @@ CStreamObj& CStreamObj::operator=(const CStreamObj& other) {
     m_cDisplay = other.m_cDisplay;
     if (Internals::IsLinked(this)) return *this;  // its place is its own
     OrderNumbering::LeaveDetached(this);
+    if (m_bHasHandle && m_pStream != other.m_pStream) mlds::ForgetHandle(this);
     m_pStream = other.m_pStream;
     m_pNext = other.m_pNext;
     m_pPrev = other.m_pPrev;
@@ -53,6 +57,7 @@ CStreamObj::~CStreamObj() {
     // links of its neighbours.
     if (Internals::IsLinked(this)) OrderNumbering::Unlink(this);
     OrderNumbering::LeaveDetached(this);
+    if (m_bHasHandle) mlds::ForgetHandle(this);
     m_pStream = nullptr;
     m_pNext = nullptr;
     m_pPrev = nullptr;

@@ -1,21 +1,53 @@
-// Packets. They hold nothing yet.
+// Packets: typed items written to and read from a buffer of fixed capacity.
 #include "mlds/packet.h"
 
-CPacket::CPacket(unsigned int) : m_nSize(0), m_nCapacity(0), m_nPosition(0), m_pData(nullptr) {}
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
 
-CPacket::CPacket(void*, unsigned int) : CPacket(0) {}
+#include "viewer/wire.h"
 
-CPacket::CPacket(const CPacket&) : CPacket(0) {}
+using namespace mlds::wire;
+
+CPacket::CPacket(unsigned int capacity)
+    : m_nSize(0),
+      m_nCapacity(capacity),
+      m_nPosition(0),
+      m_pData(static_cast<unsigned char*>(std::malloc(capacity != 0 ? capacity : 1))) {
+    if (m_pData == nullptr) m_nCapacity = 0;
+}
+
+CPacket::CPacket(void* bytes, unsigned int n) : CPacket(bytes != nullptr ? n : 0) {
+    m_nSize = m_nCapacity;
+    if (m_nSize > 0) std::memcpy(m_pData, bytes, m_nSize);
+}
+
+CPacket::CPacket(const CPacket& other) : CPacket(other.m_nCapacity) {
+    CopyFrom(other);
+}
 
 CPacket& CPacket::operator=(const CPacket& other) {
-    m_nSize = other.m_nSize;
-    m_nCapacity = other.m_nCapacity;
-    m_nPosition = 0;
+    if (this == &other) return *this;
+    if (m_nCapacity != other.m_nCapacity) {
+        auto* pData = static_cast<unsigned char*>(
+            std::malloc(other.m_nCapacity != 0 ? other.m_nCapacity : 1));
+        std::free(m_pData);
+        m_pData = pData;
+        m_nCapacity = pData != nullptr ? other.m_nCapacity : 0;
+    }
+    CopyFrom(other);
     return *this;
 }
 
 CPacket::~CPacket() {
-    m_pData = nullptr;
+    std::free(m_pData);
+}
+
+void CPacket::CopyFrom(const CPacket& other) {
+    m_nPosition = 0;
+    m_nSize = m_nCapacity == other.m_nCapacity ? other.m_nSize : 0;
+    // Writing into a packet that has been read from counts its items twice.
+    if (const std::uint32_t n = Filled(); n > 0) std::memcpy(m_pData, other.m_pData, n);
 }
 
 void CPacket::Reset() {
@@ -23,64 +55,88 @@ void CPacket::Reset() {
     m_nPosition = 0;
 }
 
-CPacket& CPacket::operator<<(char) {
+std::uint32_t CPacket::Filled() const {
+    return std::min(m_nSize, m_nCapacity);
+}
+
+void CPacket::AppendPacket(std::uint32_t type, const void* value, std::int64_t n) {
+    const std::uint64_t size = ItemSize(type, value, n);
+    if (size == 0 || size > m_nCapacity - std::min(m_nPosition, m_nCapacity)) return;
+    PutItem(m_pData + m_nPosition, type, value, static_cast<std::uint32_t>(n));
+    m_nPosition += static_cast<std::uint32_t>(size);
+    m_nSize += static_cast<std::uint32_t>(size);
+}
+
+// Of a char or short the high-order bytes go out, those that its sign fills.
+CPacket& CPacket::operator<<(char value) {
+    const std::int32_t word = static_cast<signed char>(value);
+    AppendPacket(itemChar, &word, 1);
     return *this;
 }
 
-CPacket& CPacket::operator<<(short) {
+CPacket& CPacket::operator<<(short value) {
+    const std::int32_t word = value;
+    AppendPacket(itemShort, &word, 2);
     return *this;
 }
 
-CPacket& CPacket::operator<<(int) {
+CPacket& CPacket::operator<<(int value) {
+    AppendPacket(itemInt, &value, 4);
     return *this;
 }
 
-CPacket& CPacket::operator<<(unsigned long) {
+CPacket& CPacket::operator<<(unsigned long value) {
+    return *this << static_cast<int>(value);
+}
+
+CPacket& CPacket::operator<<(const char* text) {
+    if (text != nullptr)
+        AppendPacket(itemString, text, static_cast<std::int64_t>(std::strlen(text)));
     return *this;
 }
 
-CPacket& CPacket::operator<<(const char*) {
-    return *this;
+void CPacket::AddData(void* bytes, int n) {
+    AppendPacket(itemData, bytes, n);
 }
-
-void CPacket::AddData(void*, int) {}
 
 CPacket& CPacket::operator>>(char& value) {
-    value = 0;
+    value = static_cast<char>(ItemReader(m_pData, Filled(), m_nPosition).TakeNumber(itemChar, 1));
     return *this;
 }
 
 CPacket& CPacket::operator>>(short& value) {
-    value = 0;
+    value = static_cast<short>(ItemReader(m_pData, Filled(), m_nPosition).TakeNumber(itemShort, 2));
     return *this;
 }
 
 CPacket& CPacket::operator>>(int& value) {
-    value = 0;
+    value = static_cast<int>(ItemReader(m_pData, Filled(), m_nPosition).TakeNumber(itemInt, 4));
     return *this;
 }
 
 CPacket& CPacket::operator>>(long& value) {
-    value = 0;
+    int word = 0;
+    *this >> word;
+    value = word;
     return *this;
 }
 
 CPacket& CPacket::operator>>(unsigned long& value) {
-    value = 0;
+    value = ItemReader(m_pData, Filled(), m_nPosition).TakeNumber(itemInt, 4);
     return *this;
 }
 
 CPacket& CPacket::operator>>(char*& text) {
-    if (text != nullptr) *text = '\0';
+    if (text != nullptr) ItemReader(m_pData, Filled(), m_nPosition).TakeText(text);
     return *this;
 }
 
 int CPacket::GetItemType() {
-    return 0;
+    return static_cast<int>(ItemReader(m_pData, Filled(), m_nPosition).Type());
 }
 
 int CPacket::GetItemSize() {
-    return 0;
+    return static_cast<int>(ItemReader(m_pData, Filled(), m_nPosition).Length());
 }
 
 unsigned char* CPacket::GetData() {

@@ -107,8 +107,10 @@ TEST(Sections, ThatAreNoneAreRefused) {
     EXPECT_FALSE(s.pStream->InsertSection(s.b, s.a, &pAt, nullptr)) << "the wrong way round";
     CSyncMark* pLast = s.t.Last("p");
     EXPECT_FALSE(s.PutBack(&pAt, &pLast)) << "no neighbours";
-    EXPECT_FALSE(s.PutBack(&pLone, nullptr)) << "no counterpart";
-    EXPECT_EQ(pLone, nullptr);
+    CSyncMark* pAtLone = pLone;
+    EXPECT_FALSE(s.PutBack(&pAtLone, nullptr)) << "no counterpart";
+    EXPECT_EQ(pAtLone, nullptr);
+    CStream::DiscardStreamObj(pLone);
     EXPECT_EQ(Dump(s.t.plexa, true), cut);
     s.DiscardChain();
 }

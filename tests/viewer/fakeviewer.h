@@ -1,0 +1,184 @@
+// A viewer for tests: it listens on a port of its own, keeps what it is told, and can misbehave.
+#ifndef MLDS_TESTS_VIEWER_FAKEVIEWER_H
+#define MLDS_TESTS_VIEWER_FAKEVIEWER_H
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace mlds_test {
+
+using Bytes = std::string;
+
+inline Bytes Word(std::uint32_t n) {
+    return {static_cast<char>(n >> 24), static_cast<char>(n >> 16), static_cast<char>(n >> 8),
+            static_cast<char>(n)};
+}
+inline Bytes IntItem(std::uint32_t n) {
+    return Word(3) + Word(n);
+}
+inline Bytes TextItem(const std::string& text) {
+    return Word(8) + Word(static_cast<std::uint32_t>(text.size())) + text;
+}
+inline Bytes EditRequest(const std::string& text) {
+    return IntItem(1004) + TextItem(text);
+}
+
+/// A folder that is the current one while it lives, with a "plexaview.cfg" of the given text.
+class ConfigFolder {
+public:
+    explicit ConfigFolder(const std::string& config) {
+        char name[] = "/tmp/mlds-viewer-XXXXXX";
+        if (::mkdtemp(name) == nullptr) throw std::runtime_error("no folder");
+        m_folder = name;
+        std::filesystem::current_path(m_folder);
+        std::ofstream("plexaview.cfg") << config;
+    }
+    ~ConfigFolder() {
+        std::filesystem::current_path(m_old);
+        std::filesystem::remove_all(m_folder);
+    }
+
+private:
+    std::filesystem::path m_old = std::filesystem::current_path(), m_folder;
+};
+
+/// How a viewer behaves that is not as it should be.
+struct Manners {
+    std::vector<Bytes> acks = {IntItem(0)};  // each is sent by itself, with a pause between
+    bool bRefuseRequests = false;            // the second connection is closed at once
+    int nMessages = -1;                      // after so many, it closes both connections
+};
+
+class FakeViewer {
+public:
+    explicit FakeViewer(Manners manners = {}) : m_manners(std::move(manners)) {
+        m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* p = reinterpret_cast<sockaddr*>(&address);
+        if (::bind(m_listener, p, size) != 0 || ::listen(m_listener, 4) != 0 ||
+            ::getsockname(m_listener, p, &size) != 0) {
+            throw std::runtime_error("cannot listen");
+        }
+        m_port = ntohs(address.sin_port);
+        m_thread = std::thread([this] { Run(); });
+    }
+    ~FakeViewer() {
+        ::shutdown(m_listener, SHUT_RDWR);
+        m_thread.join();
+        ::close(m_listener);
+    }
+
+    std::string Config() const {
+        return "host = 127.0.0.1\nport = " + std::to_string(m_port) + "\n";
+    }
+    int Port() const { return m_port; }
+    /// The packets since the last call, as text: "1003 0 0x...". All that were acknowledged are
+    /// there.
+    std::vector<std::string> Take() {
+        const std::lock_guard lock(m_mutex);
+        return std::exchange(m_messages, {});
+    }
+    void Request(const Bytes& bytes) {
+        while (m_requests < 0) std::this_thread::yield();
+        ::send(m_requests, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    }
+    void CloseRequests() { ::shutdown(m_requests, SHUT_RDWR); }
+
+private:
+    // One engine after the other, until the listener is shut down.
+    void Run() {
+        for (;;) {
+            const int reports = ::accept(m_listener, nullptr, nullptr);
+            if (reports < 0) return;
+            Serve(reports);
+            ::close(reports);
+        }
+    }
+
+    void Serve(int reports) {
+        Bytes bytes;
+        if (Read(reports, bytes, 16)) Keep(bytes);
+        Acknowledge(reports);
+        const int requests = ::accept(m_listener, nullptr, nullptr);
+        Bytes greeting;
+        if (!m_manners.bRefuseRequests && Read(requests, greeting, 16)) {
+            Keep(greeting);
+            Acknowledge(requests);
+            m_requests = requests;
+        } else {
+            ::close(requests);
+        }
+        bytes.clear();
+        while (ReadMessage(reports) && --m_manners.nMessages != 0) Acknowledge(reports);
+        if (m_requests >= 0) ::close(m_requests);
+        m_requests = -1;
+    }
+
+    void Keep(const Bytes& bytes) {
+        const std::lock_guard lock(m_mutex);
+        m_messages.push_back(bytes);
+    }
+
+    void Acknowledge(int s) {
+        for (const Bytes& ack : m_manners.acks) {
+            if (&ack != m_manners.acks.data()) ::usleep(2000);
+            ::send(s, ack.data(), ack.size(), MSG_NOSIGNAL);
+        }
+    }
+
+    static bool Read(int s, Bytes& bytes, std::size_t n) {
+        const std::size_t old = bytes.size();
+        bytes.resize(old + n);
+        return ::recv(s, bytes.data() + old, n, MSG_WAITALL) == static_cast<ssize_t>(n);
+    }
+    static std::uint32_t WordAt(const Bytes& bytes, std::size_t at) {
+        std::uint32_t word = 0;
+        for (std::size_t i = at; i < at + 4; ++i)
+            word = word << 8 | static_cast<unsigned char>(bytes[i]);
+        return word;
+    }
+
+    bool ReadMessage(int s) {
+        Bytes bytes;
+        if (!Read(s, bytes, 8)) return false;
+        const std::uint32_t code = WordAt(bytes, 4);
+        std::string message = std::to_string(code);
+        if (WordAt(bytes, 0) != 3) message += " in no int item";
+        if (code != 4 && (code < 1000 || (code > 1002 && code != 1005))) {
+            if (!Read(s, bytes, 8)) return false;
+            if (WordAt(bytes, 8) != 8) message += " without a text";
+            Bytes text;
+            if (!Read(s, text, WordAt(bytes, 12))) return false;
+            message += " " + text;
+        }
+        Keep(message);
+        return true;
+    }
+
+    Manners m_manners;
+    int m_listener = -1;
+    int m_port = 0;
+    std::atomic<int> m_requests{-1};
+    std::mutex m_mutex;
+    std::vector<std::string> m_messages;
+    std::thread m_thread;
+};
+
+}  // namespace mlds_test
+
+#endif

@@ -2,7 +2,6 @@
 #include "viewer/requestreader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 
 #include "platform/numbertext.h"
@@ -52,13 +51,23 @@ const char* SkipWord(const char* p) {
     return p;
 }
 
+int HexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
 bool TakeHandle(const char*& p, std::uint32_t& handle) {
     p = SkipSpaces(p);
     if (p[0] == '0' && (p[1] == 'x' || p[1] == 'X')) p += 2;
-    const auto [pEnd, error] = std::from_chars(p, SkipWord(p), handle, 16);
-    if (error != std::errc{}) return false;
-    p = pEnd;
-    return true;
+    const char* pBegin = p;
+    std::uint64_t n = 0;
+    for (; n <= UINT32_MAX && HexDigit(*p) >= 0; ++p) {
+        n = n << 4 | static_cast<std::uint64_t>(HexDigit(*p));
+    }
+    handle = static_cast<std::uint32_t>(n);
+    return p != pBegin && n <= UINT32_MAX;
 }
 
 bool TakeInt(const char*& p, int& value) {

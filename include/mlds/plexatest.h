@@ -30,7 +30,7 @@ public:
     bool CheckLoop(const CSyncMark* pMark, int instruction);
 
 private:
-    static constexpr int kMaxPairs = 100;
+    enum { kMaxPairs = 100 };
 
     CSyncMark* m_pMarks[kMaxPairs];
     int m_instructions[kMaxPairs];
@@ -86,24 +86,29 @@ public:
 private:
     friend struct mlds::Internals;
 
-    static constexpr int kOpcodes = 53;
-    typedef PTestFuncReturnType (CPlexaTest::*Handler)(CStream*, int, CSyncMark**,
-                                                       ScanDirectionType, int*);
-
     struct Operands {
         int first;
         int second;
     };
 
     bool RunTest();
+    CStream* StreamAt(int index);
     bool ContextHolds(CStream* pStream, int link, CSyncMark* position, ScanDirectionType direction);
     PTestFuncReturnType Evaluate(CStream* pStream, int index, CSyncMark** pp,
                                  ScanDirectionType direction, int* pDone);
+    PTestFuncReturnType EvaluateObserved(CStream* pStream, int index, CSyncMark** pp,
+                                         ScanDirectionType direction, int* pDone);
+    PTestFuncReturnType Dispatch(CStream* pStream, int index, CSyncMark** pp,
+                                 ScanDirectionType direction, int* pDone);
+    bool MayRun();
+    void End();
+    std::int32_t Operand(CStream* pStream, int index, CSyncMark** pp, ScanDirectionType direction,
+                         int* pDone);
     PTestFuncReturnType Continue(CStream* pStream, int next, CSyncMark* w, CSyncMark** pp,
                                  ScanDirectionType direction, int* pDone);
 
     // Reading instructions
-    const unsigned char* At(int index) const { return m_pProgram[m_nBase + index]; }
+    const unsigned char* At(int index) const { return m_pHeader[index]; }
     int Byte(int index, int i) const { return At(index)[i]; }
     int ConstantAt(int index) const { return PlexaTestUnPackInt(At(index)); }
     int ShortAt(int index) const { return PlexaTestUnPackShort(At(index)); }
@@ -111,8 +116,15 @@ private:
         const bool bRight = direction == sdRight;
         return {Byte(index, bRight ? 2 : 3), Byte(index, bRight ? 3 : 2)};
     }
-    static int PlexaTestUnPackInt(const unsigned char* instruction);
-    static int PlexaTestUnPackShort(const unsigned char* instruction);
+    static int PlexaTestUnPackInt(const unsigned char* instruction) {
+        return static_cast<std::int32_t>(static_cast<std::uint32_t>(instruction[1]) << 24 |
+                                         static_cast<std::uint32_t>(instruction[2]) << 16 |
+                                         static_cast<std::uint32_t>(instruction[3]) << 8 |
+                                         instruction[4]);
+    }
+    static int PlexaTestUnPackShort(const unsigned char* instruction) {
+        return instruction[2] << 8 | instruction[3];
+    }
 
     // What operators share
     CSyncMark* Cross(CSyncMark* position, ScanDirectionType direction, CStream* pTarget);
@@ -223,13 +235,13 @@ private:
                                      ScanDirectionType direction, int* pDone);
 
     CPlexa* m_pPlexa;
-    Handler m_handlers[kOpcodes];
     CVarList* m_pVarList;
     unsigned char const (*m_pProgram)[5];
     CPlexaTestBackupControl m_backup;
     int m_nBase;
     CSyncMark* m_pAdvanceMark;
 
+    unsigned char const (*m_pHeader)[5];  // the test's, in the program
     CPlexaTestObserver* m_pObserver;
     std::uint32_t m_nExecuted;
     bool m_bEnded;  // the test is false, whatever its operators still make of it

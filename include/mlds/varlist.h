@@ -42,7 +42,7 @@ public:
     /// The name of variable i; null if there is none. Reported as a use.
     char* GetVarName(int i);
     /// The duplicate of variable i; null if there is none. A token stays the list's own.
-    CStreamObj* GetDupVarPtr(int i);
+    CStreamObj* GetDupVarPtr(int i) { return HasVar(i) ? m_pDup[i] : nullptr; }
     /// The type of a variable; -1 if there is none.
     VarType GetVarType(int i);
     VarType GetVarType(const char* name);

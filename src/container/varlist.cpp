@@ -134,10 +134,6 @@ char* CVarList::GetVarName(int i) {
     return const_cast<char*>(m_szNames[i]);
 }
 
-CStreamObj* CVarList::GetDupVarPtr(int i) {
-    return HasVar(i) ? m_pDup[i] : nullptr;
-}
-
 VarType CVarList::GetVarType(int i) {
     return HasVar(i) ? m_types[i] : static_cast<VarType>(-1);
 }

@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::uintptr_t kReserve = 256 * 1024;
 constexpr std::uintptr_t kUnknownStack = 64 * 1024;
+// Stacks can be unlimited. What nests deeper than this does not end either.
+constexpr std::uintptr_t kMostUsed = 8 * 1024 * 1024;
 
 struct Bounds {
     std::uintptr_t low;
@@ -57,7 +59,9 @@ std::uintptr_t StackLimit() noexcept {
         const std::uintptr_t size = bounds.high - bounds.low;
         bounds.limit = bounds.low + std::min(kReserve, size / 2);
     }
-    if (here >= bounds.low && here < bounds.high) return bounds.limit;
+    if (here >= bounds.low && here < bounds.high) {
+        return std::max(bounds.limit, here - std::min(here, kMostUsed));
+    }
     return here > kUnknownStack ? here - kUnknownStack : 0;
 }
 

@@ -15,6 +15,13 @@ namespace mlds::platform {
 inline std::uintptr_t StackPointer() {
     return reinterpret_cast<std::uintptr_t>(_AddressOfReturnAddress());
 }
+#elif defined(__x86_64__)
+// Asking for the frame would give every function that asks a frame pointer.
+inline std::uintptr_t StackPointer() {
+    std::uintptr_t here;
+    asm("mov %%rsp, %0" : "=r"(here));
+    return here;
+}
 #else
 inline std::uintptr_t StackPointer() {
     return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));

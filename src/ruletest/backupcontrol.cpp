@@ -22,7 +22,7 @@ void CPlexaTestBackupControl::Pop() {
 }
 
 bool CPlexaTestBackupControl::CheckLoop(const CSyncMark* pMark, int instruction) {
-    for (int i = std::min(m_nPairs, kMaxPairs) - 1; i >= 0; --i) {
+    for (int i = std::min<int>(m_nPairs, kMaxPairs) - 1; i >= 0; --i) {
         if (m_pMarks[i] == pMark && m_instructions[i] == instruction) return true;
     }
     return false;

@@ -1,5 +1,5 @@
 // Comparisons, and the pattern elements made of them.
-#include "ruletest/evaluation.h"
+#include "ruletest/operands.h"
 
 using mlds::AsToken;
 using mlds::IsTrue;
@@ -75,12 +75,13 @@ PTestFuncReturnType CPlexaTest::DoAngleBrktOp(CStream* pStream, int index, CSync
     if (pHere == nullptr) return Truth(false);
     CStreamObj* pToken = NearestOf(pHere, direction, otToken, true);
     if (pToken == nullptr) return Truth(false);
-    CSyncMark* pBeyond = mlds::AsMark(NearestOf(pToken, direction, otSyncMark, true));
     if (Byte(index, 2) != 0) {
         CSyncMark* w = *pp;
         int done = 0;
         if (!IsTrue(Evaluate(pStream, Byte(index, 2), &w, direction, &done))) return Truth(false);
     }
+    // No fence holds a token, so the condition has no say in what comes behind it.
+    CSyncMark* pBeyond = mlds::AsMark(NearestOf(pToken, direction, otSyncMark, true));
     return Continue(pStream, Byte(index, 4), pBeyond, pp, direction, pDone);
 }
 

@@ -2,6 +2,7 @@
 #include "mlds/plexatest.h"
 #include "platform/stackbounds.h"
 #include "ruletest/evaluation.h"
+#include "ruletest/opcodes.h"
 
 using mlds::Internals;
 using mlds::IsTrue;
@@ -10,9 +11,6 @@ using mlds::Truth;
 
 namespace {
 
-// A test that has run this many instructions is going round in circles.
-constexpr std::uint32_t kMostInstructions = 1u << 26;
-
 // Names of the header's bytes.
 enum Header { headerStream = 1, headerLeft = 2, headerRight = 3, headerFocus = 4 };
 
@@ -20,23 +18,16 @@ enum Header { headerStream = 1, headerLeft = 2, headerRight = 3, headerFocus = 4
 
 CPlexaTest::CPlexaTest(CPlexa* pPlexa)
     : m_pPlexa(pPlexa),
-      m_handlers{},
       m_pVarList(nullptr),
       m_pProgram(nullptr),
       m_nBase(0),
       m_pAdvanceMark(nullptr),
+      m_pHeader(nullptr),
       m_pObserver(nullptr),
       m_nExecuted(0),
       m_bEnded(false),
       m_bRunning(false),
-      m_nStackLimit(0) {
-#define MLDS_OPCODE(number, name, handler, b1, b2, b3, b4) \
-    m_handlers[number] = &CPlexaTest::handler;
-#include "ruletest/opcodes.def"
-#undef MLDS_OPCODE
-    // The value of a token variable's field. It lies outside the table and no program reaches it;
-    // rule compilers have never emitted it.
-}
+      m_nStackLimit(0) {}
 
 void CPlexaTestObserver::BeforeTest(const char*, int) {}
 void CPlexaTestObserver::AfterTest(bool) {}
@@ -56,24 +47,38 @@ bool CPlexaTest::Test(const char* name, unsigned char const (*const program)[5],
     if (program == nullptr || base < 0 || m_bRunning || m_pPlexa == nullptr) return false;
     m_pProgram = program;
     m_nBase = base;
+    m_pHeader = program + base;
     m_backup.ResetBackupControl();
     m_nExecuted = 0;
     m_bEnded = false;
-    m_bRunning = true;
     m_nStackLimit = mlds::platform::StackLimit();
     CPlexaTestObserver* pObserver = m_pObserver;
+    // Observers may throw.
+    struct Running {
+        explicit Running(CPlexaTest* p) : pTest(p) { pTest->m_bRunning = true; }
+        ~Running() {
+            pTest->m_bRunning = false;
+            pTest->m_pAdvanceMark = nullptr;
+        }
+        CPlexaTest* pTest;
+    } running(this);
     if (pObserver != nullptr) pObserver->BeforeTest(name, base);
     const bool bHolds = RunTest();
     m_pAdvanceMark = nullptr;
     if (pObserver != nullptr) pObserver->AfterTest(bHolds);
-    m_bRunning = false;
     return bHolds;
+}
+
+CStream* CPlexaTest::StreamAt(int index) {
+    const int stream = ConstantAt(index);
+    const bool bThere = stream >= 0 && stream < Internals::NumStreams(m_pPlexa);
+    return bThere ? Internals::Stream(m_pPlexa, stream) : nullptr;
 }
 
 bool CPlexaTest::RunTest() {
     const int streamLink = Byte(0, headerStream);
-    CStream* pStream = streamLink != 0 ? m_pPlexa->pStream(ConstantAt(streamLink)) : nullptr;
-    m_pVarList = m_pPlexa->GetCurrentVarList();
+    CStream* pStream = streamLink != 0 ? StreamAt(streamLink) : nullptr;
+    m_pVarList = Internals::TopVarList(m_pPlexa);
     if (m_pVarList == nullptr) return false;
     m_pVarList->ReSetForUse();
     const int focus = Byte(0, headerFocus);
@@ -108,34 +113,35 @@ bool CPlexaTest::ContextHolds(CStream* pStream, int link, CSyncMark* position,
     return IsTrue(Evaluate(pStream, link, &position, direction, &done));
 }
 
-int CPlexaTest::PlexaTestUnPackInt(const unsigned char* instruction) {
-    const std::uint32_t value = static_cast<std::uint32_t>(instruction[1]) << 24 |
-                                static_cast<std::uint32_t>(instruction[2]) << 16 |
-                                static_cast<std::uint32_t>(instruction[3]) << 8 | instruction[4];
-    return static_cast<std::int32_t>(value);
-}
-
-int CPlexaTest::PlexaTestUnPackShort(const unsigned char* instruction) {
-    return instruction[2] << 8 | instruction[3];
-}
-
 // Executes the instruction that a link leads to. A link that is absent and an opcode that stands
 // for nothing fail.
 PTestFuncReturnType CPlexaTest::Evaluate(CStream* pStream, int index, CSyncMark** pp,
                                          ScanDirectionType direction, int* pDone) {
-    if (index == 0 || m_bEnded) return Truth(false);
-    const unsigned opcode = At(index)[0];
-    if (opcode >= kOpcodes || m_handlers[opcode] == nullptr) return Truth(false);
-    if (++m_nExecuted > kMostInstructions || mlds::platform::StackPointer() < m_nStackLimit) {
-        m_bEnded = true;
-        return Truth(false);
+    if (index == 0 || !MayRun()) return Truth(false);
+    if (m_pObserver != nullptr) return EvaluateObserved(pStream, index, pp, direction, pDone);
+    return Dispatch(pStream, index, pp, direction, pDone);
+}
+
+inline PTestFuncReturnType CPlexaTest::Dispatch(CStream* pStream, int index, CSyncMark** pp,
+                                                ScanDirectionType direction, int* pDone) {
+    switch (At(index)[0]) {
+#define MLDS_OPCODE(number, name, handler, b1, b2, b3, b4) \
+    case number:                                           \
+        return handler(pStream, index, pp, direction, pDone);
+#include "ruletest/opcodes.def"
+#undef MLDS_OPCODE
+        // Also 54, the value of a token variable's field: no rule compiler has ever emitted it.
+        default: return Truth(false);
     }
-    const Handler handler = m_handlers[opcode];
-    if (m_pObserver == nullptr) return (this->*handler)(pStream, index, pp, direction, pDone);
+}
+
+PTestFuncReturnType CPlexaTest::EvaluateObserved(CStream* pStream, int index, CSyncMark** pp,
+                                                 ScanDirectionType direction, int* pDone) {
+    if (mlds::FindOpcode(At(index)[0]) == nullptr) return Truth(false);
     CPlexaTestObserver* pObserver = m_pObserver;
     CPlexaTestStep step = {index, At(index), pStream, mlds::ObjectAt(*pp), direction};
     pObserver->BeforeInstruction(step);
-    const PTestFuncReturnType result = (this->*handler)(pStream, index, pp, direction, pDone);
+    const PTestFuncReturnType result = Dispatch(pStream, index, pp, direction, pDone);
     step.position = mlds::ObjectAt(*pp);
     pObserver->AfterInstruction(step, result);
     return result;

@@ -6,6 +6,7 @@
 #define MLDS_RULETEST_EVALUATION_H
 
 #include "internals.h"
+#include "platform/stackbounds.h"
 #include "stream/scan.h"
 
 namespace mlds {
@@ -61,6 +62,24 @@ CSyncMark* FindInRun(CSyncMark* position, ScanDirectionType direction, bool bFen
     return pMark;
 }
 
+// A test that has run this many instructions is going round in circles.
+constexpr std::uint32_t kMostInstructions = 1u << 26;
+
 }  // namespace mlds
+
+// Every instruction counts; none runs when the test has ended.
+inline bool CPlexaTest::MayRun() {
+    if (++m_nExecuted <= mlds::kMostInstructions &&
+        mlds::platform::StackPointer() >= m_nStackLimit) {
+        return true;
+    }
+    End();
+    return false;
+}
+
+inline void CPlexaTest::End() {
+    m_bEnded = true;
+    m_nExecuted = mlds::kMostInstructions;
+}
 
 #endif

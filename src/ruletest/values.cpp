@@ -1,9 +1,6 @@
 // Values: constants, fields of tokens, arithmetic.
-#include "ruletest/evaluation.h"
+#include "ruletest/operands.h"
 
-using mlds::AsToken;
-using mlds::NearestOf;
-using mlds::ObjectAt;
 using mlds::Truth;
 using mlds::Value;
 
@@ -22,24 +19,9 @@ PTestFuncReturnType CPlexaTest::DoStreamOp(CStream* pStream, int index, CSyncMar
     return DoEnumOp(pStream, index, pp, direction, pDone);
 }
 
-// Reads a field of the next token and moves past the token; -1 where there is none.
 PTestFuncReturnType CPlexaTest::DoFieldOp(CStream*, int index, CSyncMark** pp,
                                           ScanDirectionType direction, int*) {
-    CStreamObj* pHere = ObjectAt(*pp);
-    if (pHere == nullptr) return Value(-1);
-    CToken* pToken = AsToken(NearestOf(pHere, direction, otToken, true));
-    if (pToken == nullptr) return Value(-1);
-    *pp = mlds::PositionAt(mlds::NeighbourOf(pToken, direction, true));
-    return Value(pToken->GetFieldValueIndex(ConstantAt(index)));
-}
-
-bool CPlexaTest::EvaluatePair(CStream* pStream, int index, CSyncMark** pp,
-                              ScanDirectionType direction, int* pDone, std::int32_t* pLeft,
-                              std::int32_t* pRight) {
-    if (Byte(index, 2) == 0 || Byte(index, 3) == 0) return false;
-    *pLeft = Evaluate(pStream, Byte(index, 2), pp, direction, pDone).value;
-    *pRight = Evaluate(pStream, Byte(index, 3), pp, direction, pDone).value;
-    return true;
+    return Value(mlds::TakeField(ConstantAt(index), pp, direction));
 }
 
 PTestFuncReturnType CPlexaTest::DoNegateOp(CStream* pStream, int index, CSyncMark** pp,
@@ -73,7 +55,7 @@ PTestFuncReturnType CPlexaTest::DoDivOp(CStream* pStream, int index, CSyncMark**
     std::int32_t right = 0;
     if (!EvaluatePair(pStream, index, pp, direction, pDone, &left, &right)) return Truth(false);
     if (right == 0 || (left == INT32_MIN && right == -1)) {
-        m_bEnded = true;
+        End();
         return Truth(false);
     }
     return Value(left / right);

@@ -134,4 +134,16 @@ TEST_F(CoreTest, TestsThatDoNotEndAreEnded) {
     pthread_attr_destroy(&attributes);
 }
 
+TEST_F(CoreTest, AnObserverMayThrow) {
+    struct Thrower : CPlexaTestObserver {
+        void BeforeInstruction(const CPlexaTestStep&) override { throw 7; }
+    } thrower;
+    m_x = m_tiers.MarkAt("inp.0");
+    m_bWatched = false;
+    m_tiers.plexa.SetTestObserver(&thrower);
+    EXPECT_THROW(Test(Adj(Ptr(x), Any())), int);
+    m_tiers.plexa.SetTestObserver(nullptr);
+    EXPECT_TRUE(Test(Adj(Ptr(x), Any()))) << "the test before is over";
+}
+
 }  // namespace

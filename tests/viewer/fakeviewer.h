@@ -4,6 +4,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -103,18 +104,25 @@ private:
     // One engine after the other, until the listener is shut down.
     void Run() {
         for (;;) {
-            const int reports = ::accept(m_listener, nullptr, nullptr);
+            const int reports = Accept();
             if (reports < 0) return;
             Serve(reports);
             ::close(reports);
         }
     }
 
+    int Accept() {
+        const int s = ::accept(m_listener, nullptr, nullptr);
+        const int on = 1;
+        ::setsockopt(s, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+        return s;
+    }
+
     void Serve(int reports) {
         Bytes bytes;
         if (Read(reports, bytes, 16)) Keep(bytes);
         Acknowledge(reports);
-        const int requests = ::accept(m_listener, nullptr, nullptr);
+        const int requests = Accept();
         Bytes greeting;
         if (!m_manners.bRefuseRequests && Read(requests, greeting, 16)) {
             Keep(greeting);

@@ -2,17 +2,21 @@
 #include <getopt.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "durations.h"
 #include "latin1.h"
 #include "letterrules.h"
 #include "picture.h"
 #include "tiers.h"
+#include "timefiles.h"
 #include "utterance.h"
 
 namespace {
@@ -23,10 +27,16 @@ using transcribe::Tiers;
 constexpr const char* kUsage = R"(usage: transcribe [OPTION...] [FILE...]
 
 Reads Spanish text in UTF-8, one utterance per line, and prints for every utterance the characters
-as typed, what is spoken of them, the words, the phones and the syllables, aligned under each other.
+as typed, what is spoken of them, the words, the phones, the syllables and the milliseconds that the
+phones last, aligned under each other.
 Without FILE, or where FILE is -, reads standard input.
 
   -p, --phones  print the phones alone, an utterance a line
+  -r, --rate PERCENT
+                speak at that rate, from 25 to 400; 200 is twice as fast as normal
+  -g, --textgrid DIR
+                write a Praat TextGrid per utterance into the folder, with a tier per stream
+  -s, --svg DIR write a drawing per utterance into the folder, the streams over a time axis
   -t, --trace   print to standard error which rules were tried at every letter, and what came of it
   -h, --help    print this help and exit
 
@@ -44,10 +54,21 @@ std::size_t PartLength(std::string_view text) {
     return space != std::string_view::npos ? space + 1 : kLongestPart;
 }
 
+struct Options {
+    bool bPhones = false;
+    bool bTrace = false;
+    int rate = transcribe::kNormalRate;
+    std::string textGridFolder;
+    std::string svgFolder;
+};
+
 class Program {
 public:
-    Program(bool bPhones, bool bTrace)
-        : m_rules(m_tiers, bTrace ? &std::clog : nullptr), m_bPhones(bPhones) {}
+    explicit Program(const Options& options)
+        : m_rules(m_tiers, options.bTrace ? &std::clog : nullptr),
+          m_files(options.textGridFolder, options.svgFolder),
+          m_bPhones(options.bPhones),
+          m_rate(options.rate) {}
 
     /// True if every line of the file was transcribed. "-" is standard input.
     bool TranscribeFile(const std::string& path) {
@@ -61,8 +82,8 @@ public:
         bool bAll = true;
         int number = 0;
         for (std::string line; std::getline(in, line);) {
-            const std::string place = name + ':' + std::to_string(++number);
-            bAll &= TranscribeLine(WithoutFrame(line, number == 1), place);
+            ++number;
+            bAll &= TranscribeLine(WithoutFrame(line, number == 1), name, path, number);
         }
         if (in.eof()) return bAll;
         std::cerr << "transcribe: " << name << ": " << std::strerror(errno) << '\n';
@@ -78,7 +99,9 @@ private:
         return line;
     }
 
-    bool TranscribeLine(std::string_view line, const std::string& place) {
+    bool TranscribeLine(std::string_view line, const std::string& name, const std::string& path,
+                        int number) {
+        const std::string place = name + ':' + std::to_string(number);
         const DecodedText decoded = transcribe::FromUtf8(line);
         if (decoded.fault) {
             std::cerr << place << ':' << decoded.fault->column << ": " << decoded.fault->what
@@ -89,10 +112,12 @@ private:
         if (text.find_first_not_of(' ') == std::string_view::npos) return true;
         if (!m_bPhones) std::cout << (m_bFirst ? "" : "\n") << place << '\n';
         m_bFirst = false;
+        bool bAll = true;
         while (!text.empty()) {
             const std::size_t n = PartLength(text);
-            transcribe::Transcribe(m_tiers, m_rules, std::string(text.substr(0, n)));
+            transcribe::Transcribe(m_tiers, m_rules, std::string(text.substr(0, n)), m_rate);
             text.remove_prefix(n);
+            bAll &= m_files.Write(m_tiers, path, number);
             if (m_bPhones) {
                 transcribe::PrintPhones(m_tiers, std::cout);
             } else {
@@ -100,38 +125,86 @@ private:
                 if (!text.empty()) std::cout << '\n';
             }
         }
-        return true;
+        return bAll;
     }
 
     Tiers m_tiers;
     transcribe::LetterRules m_rules;
+    transcribe::TimeFiles m_files;
     bool m_bPhones;
+    int m_rate;
     bool m_bFirst = true;
 };
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+namespace {
+
+// Digits alone: no sign, no unit, nothing behind.
+bool ReadRate(std::string_view text, int& rate) {
+    const auto [pEnd, error] = std::from_chars(text.data(), text.data() + text.size(), rate);
+    return error == std::errc{} && pEnd == text.data() + text.size() &&
+           rate >= transcribe::kSlowestRate && rate <= transcribe::kFastestRate;
+}
+
+bool IsFolder(const std::string& path) {
+    if (std::filesystem::is_directory(path)) return true;
+    std::cerr << "transcribe: '" << path << "' is no folder\n";
+    return false;
+}
+
+// False if the command line is wrong, which is then said.
+bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
     const option options[] = {{"phones", no_argument, nullptr, 'p'},
+                              {"rate", required_argument, nullptr, 'r'},
+                              {"textgrid", required_argument, nullptr, 'g'},
+                              {"svg", required_argument, nullptr, 's'},
                               {"trace", no_argument, nullptr, 't'},
                               {"help", no_argument, nullptr, 'h'},
                               {}};
-    bool bPhones = false;
-    bool bTrace = false;
-    for (int c = 0; (c = getopt_long(argc, argv, "pth", options, nullptr)) != -1;) {
+    for (int c = 0; (c = getopt_long(argc, argv, "pr:g:s:th", options, nullptr)) != -1;) {
         switch (c) {
-            case 'p': bPhones = true; break;
-            case 't': bTrace = true; break;
-            case 'h': std::cout << kUsage; return 0;
-            default: std::cerr << "Try 'transcribe --help'.\n"; return 2;
+            case 'p': read.bPhones = true; break;
+            case 't': read.bTrace = true; break;
+            case 'h': bHelp = true; return true;
+            case 'r':
+                if (ReadRate(optarg, read.rate)) break;
+                std::cerr << "transcribe: '" << optarg << "' is no rate: a number from "
+                          << transcribe::kSlowestRate << " to " << transcribe::kFastestRate << '\n';
+                return false;
+            case 'g':
+                read.textGridFolder = optarg;
+                if (IsFolder(optarg)) break;
+                return false;
+            case 's':
+                read.svgFolder = optarg;
+                if (IsFolder(optarg)) break;
+                return false;
+            default: return false;
         }
+    }
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+    Options options;
+    bool bHelp = false;
+    if (!ReadOptions(argc, argv, options, bHelp)) {
+        std::cerr << "Try 'transcribe --help'.\n";
+        return 2;
+    }
+    if (bHelp) {
+        std::cout << kUsage;
+        return 0;
     }
     std::vector<const char*> paths(argv + optind, argv + argc);
     if (paths.empty()) paths.push_back("-");
 
     std::ios::sync_with_stdio(false);
     okuLog.m_nLevel = 1;  // what the library refuses is worth knowing
-    Program program(bPhones, bTrace);
+    Program program(options);
     bool bAll = true;
     for (const char* path : paths) bAll &= program.TranscribeFile(path);
     if (!std::cout.flush()) {

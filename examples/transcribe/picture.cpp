@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "interval.h"
+#include "label.h"
 #include "latin1.h"
 
 namespace transcribe {
@@ -23,32 +24,6 @@ struct Cell {
     std::size_t right;
     std::string text;
 };
-
-// An apostrophe in front of a stressed vowel.
-std::string Phones(Tiers& tiers, CSyncMark* pFrom, CSyncMark* pTo) {
-    std::string text;
-    for (const Interval& phone : Intervals(pFrom->GetCorrespondingSyncMark(tiers.pPhone),
-                                           pTo->GetCorrespondingSyncMark(tiers.pPhone))) {
-        if (phone.pToken == nullptr) continue;
-        text += phone.pToken->GetFieldValueInt("stress") > 0 ? "'" : "";
-        text += phone.pToken->GetNameField();
-    }
-    return text;
-}
-
-// What is shown of a token: the letters of a word, the phones of a syllable; else its name.
-std::string CellText(Tiers& tiers, const Interval& interval) {
-    CToken* pToken = interval.pToken;
-    if (pToken == nullptr) return "";
-    CStream* pStream = pToken->GetStream();
-    if (pStream == tiers.pWord) {
-        return tiers.pInp->GetStr(interval.pLeft, interval.pRight, false);
-    }
-    if (pStream == tiers.pPhone || pStream == tiers.pSyl) {
-        return Phones(tiers, interval.pLeft, interval.pRight);
-    }
-    return pToken->GetNameField();
-}
 
 class Picture {
 public:
@@ -79,7 +54,7 @@ Picture::Picture(Tiers& tiers) {
         for (const Interval& interval : Intervals(pStream)) {
             const std::size_t left = Instant(interval.pLeft);
             const std::size_t right = Instant(interval.pRight);
-            row.cells.push_back({left, right, CellText(tiers, interval)});
+            row.cells.push_back({left, right, LabelOf(tiers, interval)});
         }
     }
     FindColumns();

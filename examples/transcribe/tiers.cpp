@@ -103,12 +103,15 @@ Tiers::Tiers()
       pInp(Add("inp")),
       pWord(Add("word")),
       pPhone(Add("phone")),
-      pSyl(Add("syl")) {
+      pSyl(Add("syl")),
+      pTime(Add("time")) {
     DeclareRawInput(pRaw);
     DeclareInp(pInp);
     DeclareWord(pWord);
     DeclarePhone(pPhone);
     DeclareSyl(pSyl);
+    AddField(pTime, "name", fvInt);
+    plexa.SetDefaultTimeStream(pTime);
     plexa.Initialize();
 }
 

@@ -12,7 +12,8 @@ namespace transcribe {
 /// - "inp", what matters of them: lower case letters, digits and marks of a pause;
 /// - "word", the words and numbers in it;
 /// - "phone", the sounds;
-/// - "syl", the syllables.
+/// - "syl", the syllables;
+/// - "time", how long phones and pauses last, in milliseconds.
 class Tiers {
 public:
     /// Declares the streams and their fields. All streams are empty.
@@ -26,6 +27,7 @@ public:
     CStream* const pWord;
     CStream* const pPhone;
     CStream* const pSyl;
+    CStream* const pTime;
 
 private:
     CStream* Add(const char* name);

@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "durations.h"
 #include "interval.h"
 #include "require.h"
 #include "syllables.h"
@@ -31,7 +32,7 @@ char ToLower(CToken* pRaw) {
 // Every tier gets an opening and a closing mark, all synchronous, and "RawInput" the text between.
 void FillRawInput(Tiers& tiers, const std::string& text) {
     CStream* pRaw = tiers.pRaw;
-    std::array others = {tiers.pInp, tiers.pWord, tiers.pPhone, tiers.pSyl};
+    std::array others = {tiers.pInp, tiers.pWord, tiers.pPhone, tiers.pSyl, tiers.pTime};
     CSyncMark* pLeft = pRaw->pGetFirstStreamObj();
     for (int i = 0; i < 2; ++i) {
         CSyncMark* pMark = tiers.plexa.CreateSyncMark(pRaw);
@@ -102,13 +103,14 @@ void FillPhone(Tiers& tiers, LetterRules& rules) {
 
 }  // namespace
 
-void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text) {
+void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text, int rate) {
     tiers.plexa.CPlexaReset();
     FillRawInput(tiers, text);
     FillInp(tiers);
     FillWord(tiers);
     FillPhone(tiers, rules);
     FillSyl(tiers);
+    FillTime(tiers, rate);
 }
 
 }  // namespace transcribe

@@ -9,8 +9,8 @@
 
 namespace transcribe {
 
-/// Empties the tiers and fills them from an utterance in Latin-1.
-void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text);
+/// Empties the tiers and fills them from an utterance in Latin-1, spoken at a rate in per cent.
+void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text, int rate);
 
 }  // namespace transcribe
 

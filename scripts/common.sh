@@ -5,11 +5,12 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 jobs=$(nproc 2>/dev/null || echo 2)
 
 # Recommended packages that we need stand here by name, because recommendations are not installed:
-# libclang-rt-14-dev holds clang's sanitizers and fuzzer, binutils has nm, diffutils has diff.
+# libclang-rt-14-dev holds clang's sanitizers and fuzzer, binutils has nm, diffutils has diff,
+# libxml2-utils has xmllint.
 build_packages=(g++ cmake ninja-build)
 example_packages=("${build_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev)
 test_packages=("${example_packages[@]}" clang-14 libclang-rt-14-dev clang-format-14 pkg-config git
-    binutils diffutils util-linux)
+    binutils diffutils util-linux libxml2-utils)
 
 step() {
     current_step=$*

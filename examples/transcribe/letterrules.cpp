@@ -43,10 +43,13 @@ Sound LetterRules::SoundOf(const Interval& letter) {
     m_pEnd = nullptr;
     if (m_bTraced) m_trace.BeginLetter(m_pBegin);
     for (const Rule& rule : m_rules) {
+        if (m_pView != nullptr) m_pView->Poll();
         if (m_tiers.plexa.Test(rule.name.c_str(), m_assembly.instructions(), rule.base)) {
+            m_lastRule = rule.name;
             return {rule.phones, m_pEnd};
         }
     }
+    m_lastRule = "no rule";
     const char* phones = PhonesOf(*letter.pToken->GetNameField());
     if (m_bTraced) m_trace.NoRule(phones);
     return {phones, letter.pRight};

@@ -10,6 +10,7 @@
 #include "testasm/testasm.h"
 #include "tiers.h"
 #include "trace.h"
+#include "view.h"
 
 namespace transcribe {
 
@@ -31,6 +32,10 @@ public:
     /// The sound of a letter of "inp" and maybe of those behind it: that of the first rule which
     /// holds there, or else the letter's own.
     Sound SoundOf(const Interval& letter);
+    /// The name of the rule that held last; "no rule" if none did.
+    const std::string& LastRule() const { return m_lastRule; }
+    /// Lets a viewer ask for something between two rules. Null for none.
+    void SetView(View* pView) { m_pView = pView; }
 
 private:
     struct Rule {
@@ -47,6 +52,8 @@ private:
     std::vector<Rule> m_rules;
     Trace m_trace;
     bool m_bTraced;
+    std::string m_lastRule;
+    View* m_pView = nullptr;
 };
 
 }  // namespace transcribe

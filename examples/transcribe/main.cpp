@@ -1,6 +1,9 @@
 // transcribe: prints Spanish text with its letters, words and phones aligned.
+#include <fcntl.h>
 #include <getopt.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
@@ -8,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,11 +22,13 @@
 #include "tiers.h"
 #include "timefiles.h"
 #include "utterance.h"
+#include "view.h"
 
 namespace {
 
 using transcribe::DecodedText;
 using transcribe::Tiers;
+using transcribe::View;
 
 constexpr const char* kUsage = R"(usage: transcribe [OPTION...] [FILE...]
 
@@ -38,6 +44,8 @@ Without FILE, or where FILE is -, reads standard input.
                 write a Praat TextGrid per utterance into the folder, with a tier per stream
   -s, --svg DIR write a drawing per utterance into the folder, the streams over a time axis
   -t, --trace   print to standard error which rules were tried at every letter, and what came of it
+  -v, --view    let a viewer watch: one that runs here, or where plexaview.cfg says
+      --step    the same, and wait for Enter after every rule and every stream
   -h, --help    print this help and exit
 
 The exit status is 0 if everything was transcribed, 1 if a file or a line was skipped, and 2 if the
@@ -57,6 +65,8 @@ std::size_t PartLength(std::string_view text) {
 struct Options {
     bool bPhones = false;
     bool bTrace = false;
+    bool bView = false;
+    bool bStep = false;
     int rate = transcribe::kNormalRate;
     std::string textGridFolder;
     std::string svgFolder;
@@ -64,11 +74,15 @@ struct Options {
 
 class Program {
 public:
-    explicit Program(const Options& options)
+    /// In steps, Enter is read from the given descriptor.
+    Program(const Options& options, int keys)
         : m_rules(m_tiers, options.bTrace ? &std::clog : nullptr),
           m_files(options.textGridFolder, options.svgFolder),
           m_bPhones(options.bPhones),
-          m_rate(options.rate) {}
+          m_rate(options.rate) {
+        if (options.bView) m_view.emplace(m_tiers.plexa, options.bStep, keys);
+        m_rules.SetView(view());
+    }
 
     /// True if every line of the file was transcribed. "-" is standard input.
     bool TranscribeFile(const std::string& path) {
@@ -99,6 +113,8 @@ private:
         return line;
     }
 
+    View* view() { return m_view ? &*m_view : nullptr; }
+
     bool TranscribeLine(std::string_view line, const std::string& name, const std::string& path,
                         int number) {
         const std::string place = name + ':' + std::to_string(number);
@@ -115,7 +131,8 @@ private:
         bool bAll = true;
         while (!text.empty()) {
             const std::size_t n = PartLength(text);
-            transcribe::Transcribe(m_tiers, m_rules, std::string(text.substr(0, n)), m_rate);
+            transcribe::Transcribe(m_tiers, m_rules, std::string(text.substr(0, n)), m_rate,
+                                   view());
             text.remove_prefix(n);
             bAll &= m_files.Write(m_tiers, path, number);
             if (m_bPhones) {
@@ -131,6 +148,7 @@ private:
     Tiers m_tiers;
     transcribe::LetterRules m_rules;
     transcribe::TimeFiles m_files;
+    std::optional<View> m_view;
     bool m_bPhones;
     int m_rate;
     bool m_bFirst = true;
@@ -155,17 +173,22 @@ bool IsFolder(const std::string& path) {
 
 // False if the command line is wrong, which is then said.
 bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
+    constexpr int kStep = 1000;
     const option options[] = {{"phones", no_argument, nullptr, 'p'},
                               {"rate", required_argument, nullptr, 'r'},
                               {"textgrid", required_argument, nullptr, 'g'},
                               {"svg", required_argument, nullptr, 's'},
                               {"trace", no_argument, nullptr, 't'},
+                              {"view", no_argument, nullptr, 'v'},
+                              {"step", no_argument, nullptr, kStep},
                               {"help", no_argument, nullptr, 'h'},
                               {}};
-    for (int c = 0; (c = getopt_long(argc, argv, "pr:g:s:th", options, nullptr)) != -1;) {
+    for (int c = 0; (c = getopt_long(argc, argv, "pr:g:s:tvh", options, nullptr)) != -1;) {
         switch (c) {
             case 'p': read.bPhones = true; break;
             case 't': read.bTrace = true; break;
+            case kStep: read.bStep = true; [[fallthrough]];
+            case 'v': read.bView = true; break;
             case 'h': bHelp = true; return true;
             case 'r':
                 if (ReadRate(optarg, read.rate)) break;
@@ -202,9 +225,19 @@ int main(int argc, char** argv) try {
     std::vector<const char*> paths(argv + optind, argv + argc);
     if (paths.empty()) paths.push_back("-");
 
+    // Where the text comes from standard input, Enter comes from the terminal.
+    const bool bKeysTaken =
+        std::ranges::any_of(paths, [](const char* path) { return std::string_view(path) == "-"; });
+    const int keys =
+        options.bStep && bKeysTaken ? ::open("/dev/tty", O_RDONLY | O_CLOEXEC) : STDIN_FILENO;
+    if (keys < 0) {
+        std::cerr << "transcribe: --step needs a terminal, or the text in a FILE\n";
+        return 2;
+    }
+
     std::ios::sync_with_stdio(false);
     okuLog.m_nLevel = 1;  // what the library refuses is worth knowing
-    Program program(options);
+    Program program(options, keys);
     bool bAll = true;
     for (const char* path : paths) bAll &= program.TranscribeFile(path);
     if (!std::cout.flush()) {

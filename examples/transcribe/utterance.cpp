@@ -3,6 +3,7 @@
 #include "utterance.h"
 
 #include <array>
+#include <utility>
 
 #include "durations.h"
 #include "interval.h"
@@ -85,32 +86,49 @@ void FillWord(Tiers& tiers) {
 }
 
 // A letter of a word gets its phones, alone or together with letters behind it.
-void FillPhone(Tiers& tiers, LetterRules& rules) {
+Segment SegmentOf(const Interval& interval, LetterRules& rules) {
+    const bool bLetter = interval.pToken != nullptr && interval.pToken->IsItA("class", "letter");
+    if (!bLetter) return {"", interval.pRight};
+    Sound sound = rules.SoundOf(interval);
+    return {std::move(sound.phones), sound.pEnd};
+}
+
+// Phones are filled in at once, or one by one where somebody watches.
+void FillPhone(Tiers& tiers, LetterRules& rules, View* pView) {
     std::vector<Segment> segments;
-    CSyncMark* pDone = FirstMark(tiers.pInp);
+    TierFiller filler(tiers.plexa, tiers.pPhone);
+    CSyncMark* pFilled = FirstMark(tiers.pInp);
+    CSyncMark* pDone = pFilled;
     for (const Interval& interval : Intervals(tiers.pInp)) {
         if (interval.pLeft != pDone) continue;  // the last sound covers this letter
-        Segment segment = {"", interval.pRight};
-        if (interval.pToken != nullptr && interval.pToken->IsItA("class", "letter")) {
-            Sound sound = rules.SoundOf(interval);
-            segment = {std::move(sound.phones), sound.pEnd};
-        }
-        pDone = segment.pEnd;
-        segments.push_back(std::move(segment));
+        segments.push_back(SegmentOf(interval, rules));
+        pDone = segments.back().pEnd;
+        if (pView == nullptr) continue;
+        filler.Fill(std::exchange(pFilled, pDone), segments);
+        pView->Pause(rules.LastRule());
+        segments.clear();
     }
-    TierFiller(tiers.plexa, tiers.pPhone).Fill(FirstMark(tiers.pInp), segments);
+    filler.Fill(pFilled, segments);
 }
 
 }  // namespace
 
-void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text, int rate) {
+void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text, int rate, View* pView) {
+    const auto pause = [&](const char* done) {
+        if (pView != nullptr) pView->Pause(done);
+    };
     tiers.plexa.CPlexaReset();
     FillRawInput(tiers, text);
+    pause("RawInput holds the text");
     FillInp(tiers);
+    pause("inp is filled");
     FillWord(tiers);
-    FillPhone(tiers, rules);
+    pause("word is filled");
+    FillPhone(tiers, rules, pView);
     FillSyl(tiers);
+    pause("syl is filled, and the stress of the phones");
     FillTime(tiers, rate);
+    pause("time is filled");
 }
 
 }  // namespace transcribe

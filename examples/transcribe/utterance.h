@@ -6,11 +6,13 @@
 
 #include "letterrules.h"
 #include "tiers.h"
+#include "view.h"
 
 namespace transcribe {
 
-/// Empties the tiers and fills them from an utterance in Latin-1, spoken at a rate in per cent.
-void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text, int rate);
+/// Empties the tiers and fills them from an utterance in Latin-1, spoken at a rate in per cent. The
+/// view, if there is one, pauses after every rule and every tier.
+void Transcribe(Tiers& tiers, LetterRules& rules, const std::string& text, int rate, View* pView);
 
 }  // namespace transcribe
 

@@ -8,6 +8,7 @@
 
 #include "internals.h"
 #include "platform/sockets.h"
+#include "viewer/codes.h"
 #include "viewer/handles.h"
 #include "viewer/viewerconfig.h"
 #include "viewer/wire.h"
@@ -21,10 +22,8 @@ constexpr std::uint32_t kBufferSize = 16384;
 constexpr std::uint64_t kLargestPacket = 1 << 30;
 constexpr std::uint16_t kVersion_1_1 = 0x0101;
 
-// What tells the viewer which connection is which.
+// Stands before the number that tells the viewer which connection is which.
 constexpr unsigned long kGreeting = 1;
-constexpr unsigned long kReports = 2000;
-constexpr unsigned long kRequests = 2001;
 
 bool StartSockets() {
     WSADATA data;
@@ -116,7 +115,7 @@ bool CMessageSocket::Connect() {
     m_pLink = new (std::nothrow) mlds::ViewerLink;
     if (m_pLink == nullptr) return false;
     m_sendSocket = Open();
-    Greet(kReports);
+    Greet(mlds::greetNotifications);
     Send();
     if (m_sendSocket == 0) {
         Disconnect();
@@ -131,7 +130,7 @@ bool CMessageSocket::ConnectForRcv() {
     if (!m_bOwner || m_pBuffer == nullptr || !Start()) return false;
     m_receiveSocket = Open();
     if (m_receiveSocket == 0) return false;
-    Greet(kRequests);
+    Greet(mlds::greetRequests);
     const bool bSent = send(m_receiveSocket, Buffer(), m_nLength) == m_nLength;
     ResetBuff();
     // Whatever the reply is; but a viewer that closes does not want this connection.

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-namespace mlds {
+#include "viewer/codes.h"
 
-enum RequestCode { reqDisconnect = 4, reqSetField = 1004 };
+namespace mlds {
 
 struct Request {
     int code;

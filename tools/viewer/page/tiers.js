@@ -1,0 +1,196 @@
+// The streams as lanes whose synchronous marks stand under each other. What is out of view is not
+// in the document.
+
+const laneHeight = 34;
+const tokenHeight = 26;
+const tokenPadding = 12;
+const gapWidth = 16;
+const hues = [215, 150, 35, 280, 345, 185, 95, 15];
+const margin = 400;  // how far beyond the view things are drawn
+
+export function element(tag, properties = {}, ...children) {
+  const made = Object.assign(document.createElement(tag), properties);
+  made.append(...children);
+  return made;
+}
+
+const pen = document.createElement('canvas').getContext('2d');
+pen.font = '14px "DejaVu Sans", system-ui, sans-serif';
+
+const nameOf = (token) => token.values[0] ?? '';
+
+function cellWidth(cell) {
+  return cell.reduce((sum, token) => sum + pen.measureText(nameOf(token)).width + tokenPadding, 0)
+    || gapWidth;
+}
+
+export class TierView {
+  constructor(root, onSelect) {
+    this.names = element('div', {className: 'names'});
+    this.canvas = element('div', {className: 'canvas'});
+    this.scroller = element('div', {className: 'scroller'}, this.canvas);
+    this.empty = element('div', {className: 'empty', textContent: 'No streams yet.'});
+    this.root = root;
+    this.onSelect = onSelect;
+    this.structure = {lanes: [], instants: 0, changed: []};
+    this.zoom = 1;
+    this.selected = 0;
+    this.scroller.addEventListener('scroll', () => this.drawSoon());
+    this.canvas.addEventListener('click', (event) => this.click(event));
+    new ResizeObserver(() => this.drawSoon()).observe(this.scroller);
+    root.append(this.empty);
+  }
+
+  // The structure that is to be shown. What changed in it is brought into view if wanted.
+  show(structure, follow) {
+    this.structure = structure;
+    this.changed = new Set(structure.changed);
+    this.place();
+    this.root.replaceChildren(...structure.lanes.length ? [this.names, this.scroller] : [this.empty]);
+    this.names.replaceChildren(...structure.lanes.map((lane) => {
+      const name = element('div', {textContent: lane.name});
+      name.style.height = `${laneHeight}px`;
+      return name;
+    }));
+    if (follow) this.reveal(structure.changed.find((id) => this.positions.has(id)));
+    this.draw();
+  }
+
+  setZoom(zoom) {
+    const middle = (this.scroller.scrollLeft + this.scroller.clientWidth / 2) / this.zoom;
+    this.zoom = zoom;
+    this.place();
+    this.scroller.scrollLeft = middle * zoom - this.scroller.clientWidth / 2;
+    this.draw();
+  }
+
+  select(id) {
+    this.selected = id;
+    this.reveal(id);
+    this.draw();
+  }
+
+  // Finds the smallest places of instants that leave room for every cell.
+  place() {
+    const {lanes, instants} = this.structure;
+    const ending = Array.from({length: instants}, () => []);
+    this.members = Array.from({length: instants}, () => []);  // of instants: lane and mark
+    lanes.forEach((lane, row) => lane.marks.forEach(([id, instant], i) => {
+      this.members[instant].push({row, id});
+      if (i > 0 && lane.marks[i - 1][1] < instant) {
+        ending[instant].push([lane.marks[i - 1][1], cellWidth(lane.cells[i - 1]) * this.zoom]);
+      }
+    }));
+    this.places = new Array(instants).fill(0);
+    ending.forEach((spans, instant) => {
+      for (const [from, width] of spans) {
+        this.places[instant] = Math.max(this.places[instant], this.places[from] + width);
+      }
+    });
+    this.positions = new Map();  // of objects: where they begin
+    for (const lane of lanes) {
+      lane.marks.forEach(([id, instant], i) => {
+        this.positions.set(id, this.places[instant]);
+        lane.cells[i]?.forEach((token) => this.positions.set(token.id, this.places[instant]));
+      });
+    }
+    this.canvas.style.width = `${Math.max(0, ...this.places) + 4}px`;
+    this.canvas.style.height = `${lanes.length * laneHeight}px`;
+  }
+
+  reveal(id) {
+    const at = this.positions?.get(id);
+    const left = this.scroller.scrollLeft;
+    const width = this.scroller.clientWidth;
+    if (at !== undefined && (at < left || at > left + width - 80)) {
+      this.scroller.scrollLeft = at - width / 3;
+    }
+  }
+
+  drawSoon() {
+    this.waiting ??= requestAnimationFrame(() => {
+      this.waiting = undefined;
+      this.draw();
+    });
+  }
+
+  draw() {
+    const from = this.scroller.scrollLeft - margin;
+    const to = this.scroller.scrollLeft + this.scroller.clientWidth + margin;
+    const parts = [];
+    this.structure.lanes.forEach((lane, row) => {
+      for (let i = 0; i + 1 < lane.marks.length; ++i) {
+        const left = this.places[lane.marks[i][1]];
+        const right = this.places[lane.marks[i + 1][1]];
+        if (right >= from && left <= to) parts.push(...this.drawCell(lane, row, lane.cells[i], left, right));
+      }
+    });
+    this.members.forEach((members, instant) => {
+      const at = this.places[instant];
+      if (at >= from && at <= to) parts.push(...this.drawInstant(members, at));
+    });
+    this.canvas.replaceChildren(...parts);
+  }
+
+  drawCell(lane, row, cell, left, right) {
+    const top = row * laneHeight + (laneHeight - tokenHeight) / 2;
+    const box = (className, from, to) => {
+      const made = element('div', {className});
+      Object.assign(made.style, {
+        left: `${from + 2}px`, top: `${top}px`, width: `${Math.max(to - from - 3, 4)}px`,
+        height: `${tokenHeight}px`, lineHeight: `${tokenHeight - 2}px`,
+      });
+      return made;
+    };
+    if (cell.length === 0) return [box('gap', left, right)];
+    const width = (right - left) / cell.length;
+    return cell.map((token, i) => {
+      const made = box('token', left + i * width, left + (i + 1) * width);
+      made.style.setProperty('--hue', hues[lane.stream % hues.length]);
+      made.textContent = nameOf(token);
+      made.title = [lane.name, ...lane.fields.map((field, k) => `${field.name}: ${token.values[k] ?? ''}`)].join('\n');
+      this.dress(made, token.id);
+      return made;
+    });
+  }
+
+  // The marks of an instant, and lines between those of lanes that follow each other.
+  drawInstant(members, at) {
+    const parts = [];
+    members.forEach(({row, id}, i) => {
+      const mark = element('div', {className: 'mark', title: members.length > 1 ? `a mark of ${members.length} that are tied` : 'a mark'});
+      const top = row * laneHeight + 1;
+      Object.assign(mark.style, {left: `${at}px`, top: `${top}px`, height: `${laneHeight - 2}px`});
+      this.dress(mark, id);
+      parts.push(mark);
+      if (i === 0) return;
+      const from = (members[i - 1].row + 1) * laneHeight - 1;
+      const tie = element('div', {className: 'tie'});
+      Object.assign(tie.style, {left: `${at}px`, top: `${from}px`, height: `${top - from}px`});
+      parts.unshift(tie);
+    });
+    return parts;
+  }
+
+  dress(made, id) {
+    made.dataset.id = id;
+    made.classList.toggle('changed', this.changed.has(id));
+    made.classList.toggle('selected', this.selected === id);
+  }
+
+  click(event) {
+    const token = event.target.closest('.token');
+    if (token) this.onSelect(Number(token.dataset.id));
+  }
+
+  // The token with an identifier and its lane; null if there is none.
+  find(id) {
+    for (const lane of this.structure.lanes) {
+      for (const cell of lane.cells) {
+        const token = cell.find((one) => one.id === id);
+        if (token) return {lane, token};
+      }
+    }
+    return null;
+  }
+}

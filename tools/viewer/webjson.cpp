@@ -1,0 +1,119 @@
+#include "webjson.h"
+
+#include <nlohmann/json.hpp>
+
+#include "layout.h"
+#include "terminal.h"
+#include "text.h"
+
+namespace mlds_viewer {
+
+namespace {
+
+using nlohmann::json;
+
+json FieldsJson(const Stream& stream) {
+    json fields = json::array();
+    for (const Field& field : stream.fields) {
+        json values = json::array();
+        for (const std::string& value : field.values) values.push_back(Shown(value));
+        fields.push_back({{"name", Shown(field.name)},
+                          {"type", TypeName(field.type)},
+                          {"values", std::move(values)}});
+    }
+    return fields;
+}
+
+json TokenJson(const Mirror& mirror, Id id) {
+    json values = json::array();
+    for (const std::string& value : mirror.Find(id)->values) values.push_back(Shown(value));
+    return {{"id", id}, {"values", std::move(values)}};
+}
+
+json LaneJson(const Mirror& mirror, const Lane& lane) {
+    const Stream& stream = mirror.streams()[static_cast<std::size_t>(lane.stream)];
+    json marks = json::array();
+    for (const PlacedMark& mark : lane.marks) marks.push_back({mark.id, mark.instant});
+    json cells = json::array();
+    for (const std::vector<Id>& tokens : lane.cells) {
+        json cell = json::array();
+        for (const Id token : tokens) cell.push_back(TokenJson(mirror, token));
+        cells.push_back(std::move(cell));
+    }
+    return {{"stream", lane.stream},
+            {"name", Shown(stream.name)},
+            {"fields", FieldsJson(stream)},
+            {"marks", std::move(marks)},
+            {"cells", std::move(cells)}};
+}
+
+json ListJson(const Mirror& mirror, const VariableList& list) {
+    json variables = json::array();
+    for (const auto& [index, variable] : list.variables) {
+        variables.push_back({{"index", index},
+                             {"name", Shown(variable.name)},
+                             {"content", variable.content},
+                             {"what", Shown(mirror.Describe(variable.content))}});
+    }
+    return {{"id", HandleText(list.id)}, {"variables", std::move(variables)}};
+}
+
+}  // namespace
+
+std::string StatusJson(const Status& status) {
+    return json{{"connected", status.bConnected},
+                {"takesRequests", status.bTakesRequests},
+                {"engine", status.engine},
+                {"first", status.first},
+                {"last", status.last},
+                {"shown", status.shown}}
+        .dump();
+}
+
+std::string StructureJson(const Mirror& mirror, std::size_t number,
+                          const std::vector<Id>& changed) {
+    const Layout layout = LayOut(mirror);
+    json lanes = json::array();
+    for (const Lane& lane : layout.lanes) lanes.push_back(LaneJson(mirror, lane));
+    json lists = json::array();
+    for (const VariableList& list : mirror.lists()) lists.push_back(ListJson(mirror, list));
+    return json{{"number", number},
+                {"language", Shown(mirror.language())},
+                {"instants", layout.nInstants},
+                {"lanes", std::move(lanes)},
+                {"lists", std::move(lists)},
+                {"changed", changed}}
+        .dump();
+}
+
+std::string EntriesJson(const std::vector<Entry>& entries) {
+    json list = json::array();
+    for (const Entry& entry : entries) {
+        list.push_back({{"number", entry.number},
+                        {"code", entry.message.code},
+                        {"words", Shown(entry.words)},
+                        {"object", entry.object}});
+    }
+    return list.dump();
+}
+
+std::optional<FieldWish> ReadFieldWish(const std::string& text) {
+    const json wish = json::parse(text, nullptr, false);
+    if (!wish.is_object()) return std::nullopt;
+    const auto isWhole = [&](const char* key) {
+        return wish.contains(key) && wish[key].is_number_unsigned() &&
+               wish[key].get<std::uint64_t>() <= INT32_MAX;
+    };
+    if (!isWhole("token") || !isWhole("field") || !wish.contains("value") ||
+        !wish["value"].is_string()) {
+        return std::nullopt;
+    }
+    return FieldWish{wish["token"].get<Id>(), wish["field"].get<int>(),
+                     wish["value"].get<std::string>()};
+}
+
+std::string AnswerJson(const std::string& why) {
+    return json{{"error", why}}.dump();
+}
+
+}  // namespace mlds_viewer

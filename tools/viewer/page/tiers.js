@@ -6,6 +6,7 @@ const tokenHeight = 26;
 const tokenPadding = 12;
 const gapWidth = 16;
 const hues = [215, 150, 35, 280, 345, 185, 95, 15];
+const sweeps = 30;
 const margin = 400;  // how far beyond the view things are drawn
 
 export function element(tag, properties = {}, ...children) {
@@ -24,6 +25,27 @@ function cellWidth(cell) {
     || gapWidth;
 }
 
+// The smallest places of instants that leave room for every span; then room that is left over is
+// shared out among neighbours. Instants are numbered so that spans lead to higher ones.
+function findPlaces(instants, spans) {
+  const ending = Array.from({length: instants}, () => []);
+  const beginning = Array.from({length: instants}, () => []);
+  for (const span of spans) {
+    ending[span.to].push(span);
+    beginning[span.from].push(span);
+  }
+  const places = new Array(instants).fill(0);
+  const earliest = (instant) => ending[instant].reduce((at, {from, width}) => Math.max(at, places[from] + width), 0);
+  const latest = (instant) => beginning[instant].reduce((at, {to, width}) => Math.min(at, places[to] - width), Infinity);
+  for (let i = 0; i < instants; ++i) places[i] = earliest(i);
+  for (let sweep = 0; sweep < sweeps; ++sweep) {
+    for (let i = 0; i < instants; ++i) {
+      if (ending[i].length && beginning[i].length) places[i] = (earliest(i) + latest(i)) / 2;
+    }
+  }
+  return places;
+}
+
 export class TierView {
   constructor(root, onSelect) {
     this.names = element('div', {className: 'names'});
@@ -33,6 +55,9 @@ export class TierView {
     this.root = root;
     this.onSelect = onSelect;
     this.structure = {lanes: [], instants: 0, changed: []};
+    this.changed = new Set();
+    this.members = [];  // of instants: lane and mark
+    this.positions = new Map();  // of objects: where they begin
     this.zoom = 1;
     this.selected = 0;
     this.scroller.addEventListener('scroll', () => this.drawSoon());
@@ -53,7 +78,9 @@ export class TierView {
       return name;
     }));
     if (follow) this.reveal(structure.changed.find((id) => this.positions.has(id)));
+    this.fresh = true;
     this.draw();
+    this.fresh = false;
   }
 
   setZoom(zoom) {
@@ -70,36 +97,30 @@ export class TierView {
     this.draw();
   }
 
-  // Finds the smallest places of instants that leave room for every cell.
   place() {
     const {lanes, instants} = this.structure;
-    const ending = Array.from({length: instants}, () => []);
-    this.members = Array.from({length: instants}, () => []);  // of instants: lane and mark
+    const spans = [];
+    this.members = Array.from({length: instants}, () => []);
     lanes.forEach((lane, row) => lane.marks.forEach(([id, instant], i) => {
       this.members[instant].push({row, id});
       if (i > 0 && lane.marks[i - 1][1] < instant) {
-        ending[instant].push([lane.marks[i - 1][1], cellWidth(lane.cells[i - 1]) * this.zoom]);
+        spans.push({from: lane.marks[i - 1][1], to: instant, width: cellWidth(lane.cells[i - 1]) * this.zoom});
       }
     }));
-    this.places = new Array(instants).fill(0);
-    ending.forEach((spans, instant) => {
-      for (const [from, width] of spans) {
-        this.places[instant] = Math.max(this.places[instant], this.places[from] + width);
-      }
-    });
-    this.positions = new Map();  // of objects: where they begin
+    this.places = findPlaces(instants, spans);
+    this.positions.clear();
     for (const lane of lanes) {
       lane.marks.forEach(([id, instant], i) => {
         this.positions.set(id, this.places[instant]);
         lane.cells[i]?.forEach((token) => this.positions.set(token.id, this.places[instant]));
       });
     }
-    this.canvas.style.width = `${Math.max(0, ...this.places) + 4}px`;
+    this.canvas.style.width = `${this.places.reduce((a, b) => Math.max(a, b), 0) + 4}px`;
     this.canvas.style.height = `${lanes.length * laneHeight}px`;
   }
 
   reveal(id) {
-    const at = this.positions?.get(id);
+    const at = this.positions.get(id);
     const left = this.scroller.scrollLeft;
     const width = this.scroller.clientWidth;
     if (at !== undefined && (at < left || at > left + width - 80)) {
@@ -175,6 +196,7 @@ export class TierView {
   dress(made, id) {
     made.dataset.id = id;
     made.classList.toggle('changed', this.changed.has(id));
+    made.classList.toggle('fresh', Boolean(this.fresh) && this.changed.has(id));
     made.classList.toggle('selected', this.selected === id);
   }
 

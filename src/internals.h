@@ -22,7 +22,7 @@ enum ObjectState : std::uint8_t {
 
 struct Internals {
     // Stream objects
-    static_assert(CStreamObj::kLinked == osLinked);
+    static_assert(CStreamObj::kInChain == (osLinked | osDetached));
     static CStreamObj*& Next(CStreamObj* p) { return p->m_pNext; }
     static CStreamObj*& Prev(CStreamObj* p) { return p->m_pPrev; }
     static CStreamObj* Neighbour(CStreamObj* p, bool bRight) {
@@ -36,6 +36,8 @@ struct Internals {
     static std::uint32_t& Epoch(CStreamObj* p) { return p->m_nEpoch; }
     static std::uint32_t& Index(CStreamObj* p) { return p->m_nOrderIndex; }
     static bool IsLinked(const CStreamObj* p) { return (p->m_nState & osLinked) != 0; }
+    /// In a stream's chain or in one that was cut out: the links are true.
+    static bool IsInChain(const CStreamObj* p) { return (p->m_nState & CStreamObj::kInChain) != 0; }
     static bool IsSentinel(const CStreamObj* p) { return (p->m_nState & osSentinel) != 0; }
     static int SlotOf(const CStreamObj* p) { return p->m_nStreamIndex; }
     static bool& HasHandle(CStreamObj* p) { return p->m_bHasHandle; }

@@ -9,11 +9,14 @@
 namespace transcribe {
 
 TierFiller::TierFiller(CPlexa& plexa, CStream* pStream)
-    : m_plexa(plexa), m_pStream(pStream), m_variables(&plexa) {
-    for (std::size_t i = 0; i < kRun; ++i) {
-        m_names[i] = "begin" + std::to_string(i);
-        m_variables.AddSyncMarkPtr(m_names[i].c_str(), &m_begins[i]);
+    : m_plexa(plexa), m_pStream(pStream), m_variables(&plexa) {}
+
+const std::string& TierFiller::Variable(std::size_t i) {
+    for (; m_nDeclared <= i; ++m_nDeclared) {
+        m_names[m_nDeclared] = "begin" + std::to_string(m_nDeclared);
+        m_variables.AddSyncMarkPtr(m_names[m_nDeclared].c_str(), &m_begins[m_nDeclared]);
     }
+    return m_names[i];
 }
 
 void TierFiller::Fill(CSyncMark* pBegin, std::span<const Segment> segments) {
@@ -35,7 +38,7 @@ void TierFiller::Fill(CSyncMark* pBegin, std::span<const Segment> segments) {
 void TierFiller::FillRun(CSyncMark* pBegin, std::span<const Segment> run) {
     std::string text = run.front().items;
     for (std::size_t i = 1; i < run.size(); ++i) {
-        text += " !^" + m_names[i] + ' ' + run[i].items;
+        text += " !^" + Variable(i) + ' ' + run[i].items;
     }
     CSyncMark* pClosing = LastMark(m_pStream);
     Require(m_plexa.InsertString(m_pStream, text.c_str(), pBegin, pClosing), "InsertString");

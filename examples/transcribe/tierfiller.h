@@ -19,7 +19,8 @@ struct Segment {
 };
 
 /// Fills an empty stream of an open utterance from left to right. Every boundary between two
-/// segments becomes a mark of the stream, synchronous with the segments' own mark.
+/// segments becomes a mark of the stream, synchronous with the segments' own mark. While a filler
+/// lives its variables are the current ones: tests that use others must not be run.
 class TierFiller {
 public:
     TierFiller(CPlexa& plexa, CStream* pStream);
@@ -31,12 +32,15 @@ public:
 private:
     static constexpr std::size_t kRun = 40;  // a variable list holds 50 variables
 
+    // The name of the variable for the beginning of segment i of a run.
+    const std::string& Variable(std::size_t i);
     void FillRun(CSyncMark* pBegin, std::span<const Segment> run);
     void TieEnd(CSyncMark* pEnd);
 
     CPlexa& m_plexa;
     CStream* m_pStream;
-    std::array<std::string, kRun> m_names;
+    std::array<std::string, kRun> m_names;  // which the list refers to
+    std::size_t m_nDeclared = 0;
     std::array<CSyncMark*, kRun> m_begins = {};  // where the segments of a run begin
     CVarList m_variables;
 };

@@ -96,7 +96,6 @@ Segment SegmentOf(const Interval& interval, LetterRules& rules) {
 // Phones are filled in at once, or one by one where somebody watches.
 void FillPhone(Tiers& tiers, LetterRules& rules, View* pView) {
     std::vector<Segment> segments;
-    TierFiller filler(tiers.plexa, tiers.pPhone);
     CSyncMark* pFilled = FirstMark(tiers.pInp);
     CSyncMark* pDone = pFilled;
     for (const Interval& interval : Intervals(tiers.pInp)) {
@@ -104,11 +103,11 @@ void FillPhone(Tiers& tiers, LetterRules& rules, View* pView) {
         segments.push_back(SegmentOf(interval, rules));
         pDone = segments.back().pEnd;
         if (pView == nullptr) continue;
-        filler.Fill(std::exchange(pFilled, pDone), segments);
+        TierFiller(tiers.plexa, tiers.pPhone).Fill(std::exchange(pFilled, pDone), segments);
         pView->Pause(rules.LastRule());
         segments.clear();
     }
-    filler.Fill(pFilled, segments);
+    TierFiller(tiers.plexa, tiers.pPhone).Fill(pFilled, segments);
 }
 
 }  // namespace

@@ -116,10 +116,10 @@ public:
 private:
     friend struct mlds::Internals;
 
-    static constexpr std::uint8_t kLinked = 1;  // the bit of m_nState
+    static constexpr std::uint8_t kInChain = 17;  // the bits of m_nState that say so
 
     CStreamObj* Nearest(ObjectType type, bool bRight) {
-        if ((m_nState & kLinked) == 0) return nullptr;
+        if ((m_nState & kInChain) == 0) return nullptr;
         CStreamObj* p = bRight ? m_pNext : m_pPrev;
         while (p != nullptr && p->m_type != type) p = bRight ? p->m_pNext : p->m_pPrev;
         return p;

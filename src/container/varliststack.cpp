@@ -97,7 +97,7 @@ void CVarList::SetFence(CStream* s1, CStream* s2, CStream* s3, CStream* s4, CStr
     if (m_pPlexa == nullptr) return;
     ClearFences();
     for (CStream* pFenced : {s1, s2, s3, s4, s5}) {
-        if (pFenced != nullptr && Internals::PlexaOf(pFenced) == m_pPlexa) {
+        if (pFenced != nullptr && mlds::BelongsTo(m_pPlexa, pFenced)) {
             FenceStream(Internals::IndexOf(pFenced));
         }
     }

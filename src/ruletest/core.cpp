@@ -164,16 +164,15 @@ PTestFuncReturnType CPlexaTest::Continue(CStream* pStream, int next, CSyncMark* 
 // Crosses into another stream and comes back, both times through the marks at the position.
 PTestFuncReturnType CPlexaTest::DoPlexaOp(CStream* pStream, int index, CSyncMark** pp,
                                           ScanDirectionType direction, int* pDone) {
-    const int pattern = Byte(index, 3);
-    if (Byte(index, 1) == 0 || pattern == 0) return Truth(false);
+    if (Byte(index, 1) == 0) return Truth(false);
     CSyncMark* w = *pp;
     const int target = Evaluate(pStream, Byte(index, 1), &w, direction, pDone).value;
     CStream* pTarget = m_pPlexa->pStream(target);
     if (pTarget == nullptr) return Truth(false);
     w = Cross(*pp, direction, pTarget);
-    if (w == nullptr) return Truth(false);
+    if (w == nullptr || Byte(index, 3) == 0) return Truth(false);
     int done = 0;
-    if (!IsTrue(Evaluate(pTarget, pattern, &w, direction, &done))) return Truth(false);
+    if (!IsTrue(Evaluate(pTarget, Byte(index, 3), &w, direction, &done))) return Truth(false);
     w = Cross(w, direction, pStream);
     if (w == nullptr) return Truth(false);
     return Continue(pStream, Byte(index, 4), w, pp, direction, pDone);

@@ -24,6 +24,8 @@ inline std::int32_t TakeField(int field, CSyncMark** pp, ScanDirectionType direc
 
 inline std::int32_t CPlexaTest::Operand(CStream* pStream, int index, CSyncMark** pp,
                                         ScanDirectionType direction, int* pDone) {
+    // What a test that has ended does not reach may not even be there.
+    if (m_bEnded) return 0;
     if (m_pObserver == nullptr) {
         switch (static_cast<mlds::Opcode>(At(index)[0])) {
             case mlds::Opcode::Enum:

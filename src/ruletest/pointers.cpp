@@ -1,4 +1,6 @@
 // Rule variables in patterns: the boundary or token that a variable holds, and new bindings.
+#include <memory>
+
 #include "container/hostvariable.h"
 #include "ruletest/evaluation.h"
 #include "stream/fieldslots.h"
@@ -119,21 +121,20 @@ PTestFuncReturnType CPlexaTest::DoAssignTokOp(CStream* pStream, int index, CSync
     }
     CToken* pToken = AsToken(NearestOf(pHere, sdLeft, otToken, direction != sdRight));
     if (pToken == nullptr) return Truth(false);
-    CToken* pBackup = nullptr;
+    std::unique_ptr<CToken> pBackup;  // whatever is thrown
     CToken* pPending = AsToken(m_pVarList->GetDupVarPtr(variable));
     if (Byte(index, 4) != 0 && m_pVarList->IsDirty(variable) && pPending != nullptr) {
-        pBackup = new CToken(pPending);
+        pBackup.reset(mlds::CopyOf(pPending));
     }
     m_pVarList->SetTokenPtr(variable, pToken);
     const PTestFuncReturnType result = Continue(pStream, Byte(index, 4), *pp, pp, direction, pDone);
     if (!IsTrue(result)) {
         pPending = AsToken(m_pVarList->GetDupVarPtr(variable));
         if (pPending != nullptr && pBackup != nullptr) {
-            pPending->TokenCopy(pBackup);
+            pPending->TokenCopy(pBackup.get());
         } else if (pBackup == nullptr) {
             m_pVarList->UnsetTokenPtr(variable);
         }
     }
-    delete pBackup;
     return result;
 }

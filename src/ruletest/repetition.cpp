@@ -45,6 +45,7 @@ bool IsBehind(CStreamObj* pLimit, CSyncMark* position, ScanDirectionType directi
 // continuation, which leads back here.
 PTestFuncReturnType CPlexaTest::DoStarOp(CStream* pStream, int index, CSyncMark** pp,
                                          ScanDirectionType direction, int* pDone) {
+    if (Byte(index, 2) == 0) return Truth(false);
     CStreamObj* pLimit = nullptr;
     if (!FindLimit(pStream, Byte(index, 3), direction, &pLimit) || pLimit == nullptr) {
         return Truth(false);
@@ -146,6 +147,7 @@ PTestFuncReturnType CPlexaTest::DoStarsNoBkupOp(CStream* pStream, int index, CSy
 // Lazy: first without the operand.
 PTestFuncReturnType CPlexaTest::DoQmarkOp(CStream* pStream, int index, CSyncMark** pp,
                                           ScanDirectionType direction, int* pDone) {
+    if (Byte(index, 2) == 0) return Truth(false);
     const int next = Byte(index, 4);
     const PTestFuncReturnType without = Continue(pStream, next, *pp, pp, direction, pDone);
     if (IsTrue(without)) return without;

@@ -14,9 +14,9 @@ inline bool FencesMatter(const CStreamObj* p) {
 }
 
 /// The neighbour in the direction. Null at the end of the chain, for an object that is in no
-/// stream, whose links are stale, and for a mark held by a fence.
+/// chain, whose links are stale, and for a mark held by a fence.
 inline CStreamObj* NeighbourOf(CStreamObj* p, ScanDirectionType direction, bool bFenceCheck) {
-    if (!Internals::IsLinked(p)) return nullptr;
+    if (!Internals::IsInChain(p)) return nullptr;
     if (bFenceCheck && IsHeldByFence(p)) return nullptr;
     return Internals::Neighbour(p, direction == sdRight);
 }
@@ -25,7 +25,7 @@ inline CStreamObj* NeighbourOf(CStreamObj* p, ScanDirectionType direction, bool 
 /// checked itself.
 inline CStreamObj* NearestOf(CStreamObj* p, ScanDirectionType direction, ObjectType type,
                              bool bFenceCheck) {
-    if (!Internals::IsLinked(p)) return nullptr;
+    if (!Internals::IsInChain(p)) return nullptr;
     const bool bRight = direction == sdRight;
     const bool bFences = bFenceCheck && FencesMatter(p);
     do {

@@ -10,9 +10,9 @@ using mlds::Internals;
 
 namespace {
 
-// A bound of a count: an object in a stream of the container; a token only of this one.
+// A bound of a count: an object in a chain of the container; a token only of this stream.
 bool IsBound(CStreamObj* p, CStream* pStream) {
-    return Internals::IsLinked(p) && mlds::BelongsTo(Internals::PlexaOf(pStream), p) &&
+    return Internals::IsInChain(p) && mlds::BelongsTo(Internals::PlexaOf(pStream), p) &&
            (Internals::IsSyncMark(p) || Internals::StreamOf(p) == pStream);
 }
 

@@ -68,7 +68,8 @@ void CPlexa::sendMessage(int code, std::intptr_t argument) {
     try {
         const char* text = TextOf({this, *Internals::Link(this)}, code, argument);
         m_socket.ResetBuff();
-        m_socket << static_cast<unsigned long>(code) << text;
+        m_socket << static_cast<unsigned long>(code);
+        if (text != nullptr) m_socket << text;
     } catch (const std::exception&) {
         // A viewer that misses a message shows what is not so.
         m_socket.Disconnect();
@@ -111,11 +112,18 @@ void CPlexa::DelayMessageDisplay(bool bDelay) {
 
 namespace {
 
-void SendStream(CPlexa* pPlexa, CStream* pStream, bool bFull) {
-    if (bFull) {
+void Describe(CPlexa* pPlexa, CStream* pStream) {
+    try {
         const std::string text = mlds::StreamDescription(pStream);
         pPlexa->sendMessage(mlds::msgStream, reinterpret_cast<std::intptr_t>(text.c_str()));
+    } catch (const std::exception&) {
+        // As with every message that cannot be made.
+        Internals::CloseLink(pPlexa);
     }
+}
+
+void SendStream(CPlexa* pPlexa, CStream* pStream, bool bFull) {
+    if (bFull) Describe(pPlexa, pStream);
     CStreamObj* pEnd = bFull ? nullptr : Internals::Last(pStream);
     CStreamObj* p = Internals::First(pStream);
     if (!bFull) p = Internals::Next(p);

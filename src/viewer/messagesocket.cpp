@@ -56,6 +56,7 @@ CMessageSocket::CMessageSocket(const CMessageSocket& other) : CMessageSocket() {
 
 CMessageSocket& CMessageSocket::operator=(const CMessageSocket& other) {
     if (this == &other) return *this;
+    if (m_bOwner && other.m_pBuffer == m_pBuffer) return *this;  // a copy of this one
     Release();
     m_sendSocket = other.m_sendSocket;
     m_receiveSocket = other.m_receiveSocket;
@@ -236,7 +237,8 @@ CMessageSocket& CMessageSocket::operator<<(unsigned long value) {
 }
 
 CMessageSocket& CMessageSocket::operator<<(const char* text) {
-    if (text != nullptr) Append(itemString, text, static_cast<std::int64_t>(std::strlen(text)));
+    if (text == nullptr) text = "";
+    Append(itemString, text, static_cast<std::int64_t>(std::strlen(text)));
     return *this;
 }
 

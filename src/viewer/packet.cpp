@@ -9,11 +9,17 @@
 
 using namespace mlds::wire;
 
+namespace {
+
+// Zeros: writing into a packet that has been read from leaves gaps that count as filled.
+unsigned char* NewBuffer(std::uint32_t capacity) {
+    return static_cast<unsigned char*>(std::calloc(capacity != 0 ? capacity : 1, 1));
+}
+
+}  // namespace
+
 CPacket::CPacket(unsigned int capacity)
-    : m_nSize(0),
-      m_nCapacity(capacity),
-      m_nPosition(0),
-      m_pData(static_cast<unsigned char*>(std::malloc(capacity != 0 ? capacity : 1))) {
+    : m_nSize(0), m_nCapacity(capacity), m_nPosition(0), m_pData(NewBuffer(capacity)) {
     if (m_pData == nullptr) m_nCapacity = 0;
 }
 
@@ -29,8 +35,7 @@ CPacket::CPacket(const CPacket& other) : CPacket(other.m_nCapacity) {
 CPacket& CPacket::operator=(const CPacket& other) {
     if (this == &other) return *this;
     if (m_nCapacity != other.m_nCapacity) {
-        auto* pData = static_cast<unsigned char*>(
-            std::malloc(other.m_nCapacity != 0 ? other.m_nCapacity : 1));
+        unsigned char* pData = NewBuffer(other.m_nCapacity);
         std::free(m_pData);
         m_pData = pData;
         m_nCapacity = pData != nullptr ? other.m_nCapacity : 0;
@@ -90,8 +95,8 @@ CPacket& CPacket::operator<<(unsigned long value) {
 }
 
 CPacket& CPacket::operator<<(const char* text) {
-    if (text != nullptr)
-        AppendPacket(itemString, text, static_cast<std::int64_t>(std::strlen(text)));
+    if (text == nullptr) text = "";
+    AppendPacket(itemString, text, static_cast<std::int64_t>(std::strlen(text)));
     return *this;
 }
 

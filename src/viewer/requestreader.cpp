@@ -93,10 +93,13 @@ Item Take(std::string_view& bytes, Request& request) {
     if (request.code == 0) return Item::other;
     if (request.code == reqSetField) {
         item = Look(rest, itemString);
-        if (item != Item::whole) return item;
-        const std::string_view text = rest.substr(kIntItemSize, WordOf(rest));
-        request.text = text.substr(0, text.find('\0'));
-        rest.remove_prefix(kIntItemSize + text.size());
+        if (item == Item::cut) return item;
+        // Without a text it asks for nothing, and what stands there may be the next request.
+        if (item == Item::whole) {
+            const std::string_view text = rest.substr(kIntItemSize, WordOf(rest));
+            request.text = text.substr(0, text.find('\0'));
+            rest.remove_prefix(kIntItemSize + text.size());
+        }
     }
     bytes = rest;
     return Item::whole;

@@ -97,8 +97,12 @@ void CPlexa::HandleRequests(int nBytes) {
     const std::string_view received(m_pMessageBuffer, static_cast<std::size_t>(nBytes));
     const std::string all = pLink->pending + std::string(received);
     mlds::RequestBatch batch = mlds::ReadRequests(all);
-    // A request whose end never came must not swallow those behind it.
-    if (batch.bMalformed && !pLink->pending.empty()) batch = mlds::ReadRequests(received);
+    if (!pLink->pending.empty() && (batch.bMalformed || batch.requests.empty())) {
+        // A request whose end never came must not swallow those behind it.
+        mlds::RequestBatch behind = mlds::ReadRequests(received);
+        const bool bLost = batch.bMalformed && batch.requests.empty();
+        if (bLost || !behind.requests.empty()) batch = std::move(behind);
+    }
     pLink->pending = batch.rest;
     for (const mlds::Request& request : batch.requests) {
         // An edit is reported, which may end the link like a goodbye.

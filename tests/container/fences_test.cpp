@@ -35,6 +35,13 @@ TEST(Fences, AreGivenByNameStreamOrIndex) {
     EXPECT_EQ(f.State(), "a-- a--");
     f.list.SetFence(3, 50, -2, 51, 1);  // not all are streams
     EXPECT_EQ(f.State(), "-p- -p-");
+    {
+        CPlexa copy(f.c);  // shares the streams
+        CVarList list(&copy);
+        list.SetFence(f.t["w"], nullptr, nullptr, nullptr, nullptr);
+        EXPECT_TRUE(list.GetFenceState(2) && f.c.Fence("w"));
+    }
+    f.list.SetFence("p");
     f.c.Fence("w", true);
     f.c.Fence(1, false);
     f.c.Fence("x", true);

@@ -79,6 +79,7 @@ TEST_F(CoreTest, ADivisionWithoutResultEndsTheTest) {
         EXPECT_EQ(m_list.GetDupVarPtr(y), m_x);
     }
     EXPECT_TRUE(Test(Adj(Ptr(x), Or(Eq(Div(Int(INT_MIN), Int(1)), Int(0)), 0))));
+    EXPECT_FALSE(Test(Eq(Div(Int(1), Int(0)), 200))) << "the other operand is not even there";
 }
 
 TEST_F(CoreTest, ProgramsThatMakeNoSenseFail) {
@@ -136,12 +137,14 @@ TEST_F(CoreTest, TestsThatDoNotEndAreEnded) {
 
 TEST_F(CoreTest, AnObserverMayThrow) {
     struct Thrower : CPlexaTestObserver {
-        void BeforeInstruction(const CPlexaTestStep&) override { throw 7; }
+        void BeforeInstruction(const CPlexaTestStep& step) override {
+            if (step.instruction[0] == 30) throw 7;
+        }
     } thrower;
     m_x = m_tiers.MarkAt("inp.0");
     m_bWatched = false;
     m_tiers.plexa.SetTestObserver(&thrower);
-    EXPECT_THROW(Test(Adj(Ptr(x), Any())), int);
+    EXPECT_THROW(Test(Adj(Ptr(x), Any(), AssignTok(t, AssignTok(t, Any())))), int);
     m_tiers.plexa.SetTestObserver(nullptr);
     EXPECT_TRUE(Test(Adj(Ptr(x), Any()))) << "the test before is over";
 }

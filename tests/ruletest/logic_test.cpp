@@ -147,7 +147,10 @@ TEST_F(LogicTest, OptionsTryWithoutOrWithTheirOperandFirst) {
            {"inp.0", Qmarks(Any(), See('c')), "inp.1 c>"},
            {"inp.0", Qmarks(AngleBrkt(), See('c')), "inp.1!"},
            {"inp.0", Qmarks(Any(), AngleBrkt(Is('h'))), "inp.1!"},  // without it, then
-           {"inp.0", Qmarks(Any(), AngleBrkt(Is('l'))), "no"}});
+           {"inp.0", Qmarks(Any(), AngleBrkt(Is('l'))), "no"},
+           // Without an operand there is nothing that could be left out.
+           {"inp.0", Qmark(0, See('c')), "no"},
+           {"inp.0", Star(0, 0, See('c')), "no"}});
 }
 
 }  // namespace

@@ -133,6 +133,21 @@ TEST(Sections, GetAMarkWhereTokensWouldTouch) {
 }
 
 // What a caller does with the objects of a chain that it holds.
+TEST(Sections, CanBeWalkedInTheCallersHands) {
+    Scene s;
+    ASSERT_TRUE(s.Cut());
+    auto* pMark = static_cast<CSyncMark*>(s.a->GetAdjacentStreamObj(sdRight));
+    EXPECT_EQ(s.a->GetNextToken(), s.b);
+    EXPECT_EQ(s.b->GetPrevSyncMark(), pMark);
+    EXPECT_EQ(pMark->GetAdjacentStreamObj(sdLeft, otToken), s.a);
+    EXPECT_EQ(s.b->GetNextToken(), nullptr);
+    auto* pFirst = reinterpret_cast<CSyncMark*>(s.a);
+    auto* pLast = reinterpret_cast<CSyncMark*>(s.b);
+    EXPECT_EQ(s.pStream->GetNumTokens(pFirst, pLast, false), 1);
+    EXPECT_EQ(s.pStream->GetNumSyncMarks(pFirst, pLast), 2);
+    s.DiscardChain();
+}
+
 TEST(Sections, StayWholeInTheCallersHands) {
     Scene s;
     ASSERT_TRUE(s.Cut());

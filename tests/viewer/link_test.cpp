@@ -182,6 +182,17 @@ TEST(Link, TakesRequestsHoweverTheyCome) {
     EXPECT_EQ(stress(), 3) << "several, the last not whole";
     l.Request(EditRequest("4 0 0 2 4"));
     EXPECT_EQ(stress(), 4) << "after one that stays cut";
+    l.Request(IntItem(1004) + Word(8) + Word(16000) + "4 0 0 2 9");
+    l.Request(EditRequest("4 0 0 2 5"));
+    EXPECT_EQ(stress(), 5) << "after one whose end is far away";
+    for (const Bytes& junk : {IntItem(0), TextItem("4 0 0 2 7"), Bytes("\0\0\0\x18", 4)}) {
+        l.Request(EditRequest("4 0 0 2 8").substr(0, 12));
+        l.Request(EditRequest("4 0 0 2 8").substr(12) + EditRequest("4 0 0 2 4") + junk);
+        EXPECT_EQ(stress(), 4) << "in front of what is none";
+        l.Request(EditRequest("4 0 0 2 0"));
+    }
+    l.Request(IntItem(1004) + EditRequest("4 0 0 2 4"));
+    EXPECT_EQ(stress(), 4) << "behind one without a text";
     l.Request(IntItem(1004) + Word(8) + Word(0x7FFFFFFF) + "4 0 0 2 5");
     l.Request(IntItem(1004) + IntItem(9));
     l.Request(TextItem("4 0 0 2 5") + Word(24));
@@ -361,6 +372,7 @@ TEST(MessageSocket, BuildsAndReadsPackets) {
     CMessageSocket copy(s);
     copy << 1ul;
     s = copy;
+    s << 2ul;
     EXPECT_FALSE(copy.Connect());
 }
 

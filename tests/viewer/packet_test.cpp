@@ -34,7 +34,7 @@ TEST(Packet, WritesItems) {
     packet << static_cast<const char*>(nullptr);
     packet.AddData(nullptr, 3);
     packet.AddData(bytes, -1);
-    EXPECT_EQ(packet.GetSize(), 0);
+    EXPECT_EQ(Written(packet), TextItem("")) << "null is a text without characters";
 }
 
 TEST(Packet, DropsWhatDoesNotFit) {

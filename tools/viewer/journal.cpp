@@ -79,7 +79,8 @@ const Entry& Journal::At(std::size_t number) const {
 
 Mirror Journal::StructureAt(std::size_t number) const {
     if (number >= m_nLast) return m_now;
-    const Chapter& chapter = ChapterOf(std::max(number, first()));
+    number = std::max(number, first());
+    const Chapter& chapter = ChapterOf(number);
     Mirror mirror = *chapter.before;
     for (const Entry& entry : chapter.entries) {
         if (entry.number > number) break;

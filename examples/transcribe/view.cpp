@@ -26,6 +26,7 @@ View::View(CPlexa& plexa, bool bStep, int keys) : m_plexa(plexa), m_bStep(bStep)
 void View::Pause(const std::string& done) {
     Poll();
     if (!m_bStep) return;
+    std::cout.flush();
     std::cerr << done << "  [Enter: next, c: go on]" << std::endl;
     while (m_bStep && !HasLine()) Poll();
     if (m_typed.starts_with('c')) m_bStep = false;

@@ -149,7 +149,7 @@ TEST(Mirror, IsWhatTheContainerHolds) {
     // Ties that come later than their marks are not told until the next dump.
     t.plexa.sendEntirePlexaObj(false);
     EXPECT_EQ(TextOf(pair.running.Now()), TextOf(t.plexa)) << "after edits";
-    EXPECT_GT(pair.running.Now().nObjects(), 100u);
+    EXPECT_GT(pair.running.Now().nObjects(), 50u);
     t.plexa.CPlexaReset();
     EXPECT_EQ(TextOf(pair.running.Now()), TextOf(t.plexa)) << "emptied";
 }

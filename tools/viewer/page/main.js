@@ -91,7 +91,7 @@ async function showStructure() {
     return;
   }
   // What changed goes on to be seen as long as nothing else does.
-  if (!at && structure.number === shown) structure.changed = [...tiers.changed];
+  if (!at && structure.changed.length === 0) structure.changed = [...tiers.changed];
   shown = structure.number;
   tiers.show(structure, $('follow').checked);
   variables.show(structure.lists);

@@ -51,7 +51,7 @@ class Engine(Program):
         config = os.path.join(folder, 'plexaview.cfg')
         with open(config, 'w') as file:
             file.write(f'host = 127.0.0.1\nport = {viewer.port}\n')
-        super().__init__(program, str(streams), str(tokens), cwd=folder)
+        super().__init__(os.path.abspath(program), str(streams), str(tokens), cwd=folder)
         self.folder = folder
 
     def do(self, command):

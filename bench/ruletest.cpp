@@ -79,6 +79,12 @@ at:    Ptr ^at
 one:   AngleBrkt never
 never: Eq %phone.vowel 7
 end
+test bare %phone                 ; the same, not held to one token
+    focus both
+both:  Adj at never
+at:    Ptr ^at
+never: Eq %phone.vowel 7
+end
 )";
 
 struct Variables {
@@ -216,5 +222,10 @@ void TestFailingFirst(benchmark::State& state) {
     RunTest(state, "first", [](RuleCase&, CSyncMark* p) { return IsFirstByHand(p); });
 }
 BENCHMARK(TestFailingFirst)->Apply(bench::Sizes);
+
+void TestFailingBare(benchmark::State& state) {
+    RunTest(state, "bare", [](RuleCase&, CSyncMark* p) { return IsFirstByHand(p); });
+}
+BENCHMARK(TestFailingBare)->Apply(bench::Sizes);
 
 }  // namespace

@@ -48,6 +48,8 @@ struct CPlexaTestStep {
 
 /// Watches tests run. An observer sees everything and changes nothing: it must not start a test,
 /// and must not edit the structure or the variables.
+/// No result depends on it, but that an observed test needs more of the stack: one that nests so
+/// deep that it comes to the end of that ends earlier.
 class MLDS_API CPlexaTestObserver {
 public:
     /// A test begins, and ends. What holds is told after its variables have been assigned.

@@ -56,8 +56,8 @@ public:
     int GetFieldValueInt(const char* fieldName) override;
     int GetFieldValueInt(int i) override;
 
-    /// Stores a value and reports the change of a linked token. Setting field 0 derives the other
-    /// fields from it. Nothing happens if the token has no such field.
+    /// Stores a value and reports the change of a token that is linked, or was. Setting field 0
+    /// derives the other fields from it. Nothing happens if the token has no such field.
     void SetFieldValue(int i, int value);
     /// Converts the text by the field's type, then stores it. A text that stands for no value of
     /// the field leaves the value as it is.

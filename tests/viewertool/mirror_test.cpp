@@ -222,6 +222,10 @@ TEST(Mirror, StaysWholeWhateverItIsTold) {
     tell(mlds::msgTokenChanged, "0  0 0x00000042 0 |a|b|c");
     EXPECT_EQ(TextOf(mirror), "a b: | | /p|q/low/5\n");
     EXPECT_EQ(mirror.GroupOf(1), (std::map<int, Id>{{0, 3}, {7, 1}})) << "of the last word";
+    tell(mlds::msgTokenChanged, "0  0 0x00000001 1    2  0 0x00000001  0 0x00000003 ");
+    tell(mlds::msgTokenChanged, "0  0 0x00000003 1    1  0 0x00000003 ");
+    tell(mlds::msgTokenChanged, "0  0 0x00000001 1    1  0 0x00000001 ");
+    EXPECT_EQ(mirror.GroupOf(1), (std::map<int, Id>{{0, 1}})) << "after a place named twice";
     tell(mlds::msgText, "resetplexa");
     EXPECT_EQ(mirror.Chain(0).size(), 2u) << "its ends";
 }

@@ -107,15 +107,19 @@ void Mirror::SetBody(Id id, Object& object, const Body& body) {
 
 // Whoever is named leaves the group it was in: a mark is in one group at a time.
 void Mirror::Tie(Id mark, int stream, const Ties& ties) {
-    Untie(mark);
-    const bool bMember = std::ranges::find(ties, mark, &Ties::value_type::second) != ties.end();
-    const Id group = ++m_lastGroup;
-    const Ties alone = {{stream, mark}};
-    for (const auto& [index, member] : bMember ? ties : alone) {
-        Untie(member);
-        m_groupOf[member] = group;
-        m_groups[group][index] = member;
+    std::map<int, Id> members;
+    bool bMember = false;
+    for (const auto& [index, member] : ties) {
+        if (member != 0) members[index] = member;
+        bMember |= member == mark;
     }
+    // A mark whose place another one has taken is tied to nobody.
+    if (!bMember) members = {{stream, mark}};
+    Untie(mark);
+    for (const auto& [index, member] : members) Untie(member);
+    const Id group = ++m_lastGroup;
+    for (const auto& [index, member] : members) m_groupOf[member] = group;
+    m_groups.emplace(group, std::move(members));
 }
 
 void Mirror::Untie(Id mark) {

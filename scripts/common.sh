@@ -6,7 +6,8 @@ jobs=$(nproc 2>/dev/null || echo 2)
 
 # Recommended packages that we need stand here by name, because recommendations are not installed:
 # libclang-rt-14-dev holds clang's sanitizers and fuzzer, binutils has nm, diffutils has diff,
-# libxml2-utils has xmllint; praat reads what transcribe writes for it. The viewer's page is tested in a browser, which python3-selenium drives.
+# libxml2-utils has xmllint. Praat reads what transcribe writes for it, and the viewer's page is
+# tested in a browser, which python3-selenium drives.
 build_packages=(g++ cmake ninja-build)
 example_packages=("${build_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev pkg-config
     libcpp-httplib-dev nlohmann-json3-dev python3)

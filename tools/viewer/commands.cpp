@@ -1,3 +1,4 @@
+// The commands, and a line for each entry of the journal.
 #include "commands.h"
 
 #include <charconv>

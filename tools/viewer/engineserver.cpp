@@ -1,3 +1,4 @@
+// Greetings, messages and requests of engines.
 #include "engineserver.h"
 
 #include <iostream>

@@ -1,3 +1,4 @@
+// Reading the texts of messages.
 #include "event.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The journal: chapters, each with the structure in front of it, and going back.
 #include "journal.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Finding instants, putting them into an order, and giving them places.
 #include "layout.h"
 
 #include <algorithm>

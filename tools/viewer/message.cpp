@@ -1,3 +1,4 @@
+// Taking messages out of received bytes, and putting packets together.
 #include "message.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// The mirror: what each message changes, and what can be asked.
 #include "mirror.h"
 
 #include <algorithm>

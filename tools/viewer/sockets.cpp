@@ -1,3 +1,4 @@
+// Sockets of the system.
 #include "sockets.h"
 
 #include <arpa/inet.h>

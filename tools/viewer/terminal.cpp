@@ -1,3 +1,4 @@
+// Aligned streams and tables for the terminal.
 #include "terminal.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Text encodings.
 #include "text.h"
 
 #include <iconv.h>

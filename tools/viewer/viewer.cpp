@@ -1,3 +1,4 @@
+// What the parts of the program share, behind one lock; and which edits make sense.
 #include "viewer.h"
 
 #include <sys/eventfd.h>

@@ -1,3 +1,4 @@
+// JSON for the page, and its wishes.
 #include "webjson.h"
 
 #include <nlohmann/json.hpp>

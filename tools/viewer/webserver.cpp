@@ -1,3 +1,4 @@
+// The web server: which requests it takes, and what it answers.
 #include "webserver.h"
 
 #include <sys/socket.h>

@@ -1,3 +1,4 @@
+// Messages in words.
 #include "words.h"
 
 #include "viewer/codes.h"

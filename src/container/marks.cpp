@@ -13,10 +13,11 @@ using mlds::PartText;
 
 namespace {
 
-// What a text means as a value of the field.
+// What a text means as a value of the field. None, as of a value that has no text, is no value;
+// as a number it is 0.
 int ValueOf(CField* pField, const char* text) {
-    if (pField->GetFieldType() == fvInt) return mlds::platform::TextToInt(text);
-    return pField->GetValueIndex(text);
+    if (pField->GetFieldType() != fvInt) return pField->GetValueIndex(text);
+    return text != nullptr ? mlds::platform::TextToInt(text) : 0;
 }
 
 // What the names of an item stand for, in one stream and the current variable list.
@@ -46,7 +47,6 @@ public:
             auto* pToken = static_cast<CToken*>(pBound);
             if (Internals::FieldIndex(pToken, source) < 0) return false;
             text = pToken->GetFieldValueString(source);
-            if (text == nullptr) text = "";
             if (!bTarget) pField = m_pStream->GetField(source);
         }
         if (pField == nullptr) return false;

@@ -196,11 +196,15 @@ void OrderNumbering::Detach(CStreamObj* pFirst, CStreamObj* pLast) {
 }
 
 void OrderNumbering::TakeOutOfDetached(CStreamObj* p) {
-    CStreamObj* pNext = Internals::Next(p);
-    CStreamObj* pPrev = Internals::Prev(p);
-    if (pPrev != nullptr) Internals::Next(pPrev) = pNext;
-    if (pNext != nullptr) Internals::Prev(pNext) = pPrev;
+    JoinDetached(Internals::Prev(p), Internals::Next(p));
     Internals::State(p) = 0;
+}
+
+void OrderNumbering::JoinDetached(CStreamObj* pLeft, CStreamObj* pRight) {
+    const bool bParted = pLeft != nullptr && pRight != nullptr && Internals::IsToken(pLeft) &&
+                         Internals::IsToken(pRight);
+    if (pLeft != nullptr) Internals::Next(pLeft) = bParted ? nullptr : pRight;
+    if (pRight != nullptr) Internals::Prev(pRight) = bParted ? nullptr : pLeft;
 }
 
 void OrderNumbering::Attach(CStreamObj* pFirst, CStreamObj* pLast, CStreamObj* pLeft,

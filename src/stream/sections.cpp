@@ -65,10 +65,7 @@ bool IsDetachedChain(const CStream* pStream, CStreamObj* pFirst, CStreamObj* pLa
 // Cuts a run out of the detached chain around it.
 void Isolate(CStreamObj* pFirst, CStreamObj* pLast) {
     if ((Internals::State(pFirst) & mlds::osDetached) == 0) return;
-    CStreamObj* pBefore = Internals::Prev(pFirst);
-    CStreamObj* pBehind = Internals::Next(pLast);
-    if (pBefore != nullptr) Internals::Next(pBefore) = pBehind;
-    if (pBehind != nullptr) Internals::Prev(pBehind) = pBefore;
+    OrderNumbering::JoinDetached(Internals::Prev(pFirst), Internals::Next(pLast));
 }
 
 bool IsMark(const CStreamObj* p) {

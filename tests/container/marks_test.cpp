@@ -68,6 +68,16 @@ TEST(Mark, ByFieldAndValue) {
     EXPECT_EQ(s.Values(), before);
 }
 
+TEST(Mark, WithNoTextIsWithNoValue) {
+    Tiers t{{"p", "||a||", {"a", ""}}};
+    CToken* v = t["p"]->CreateToken("nosuch");  // its name has no text
+    CVarList list(&t.plexa);
+    list.AddTokenPtr("v", &v);
+    EXPECT_TRUE(t.plexa.Mark(t["p"], "<$v.name>", t.Mark("p", 0), t.Mark("p", 1)));
+    EXPECT_EQ(t.Token("p", 0)->GetFieldValueIndex(0), -1);
+    CStream::DiscardStreamObj(v);
+}
+
 struct Row {
     const char* text;
     bool result = false;

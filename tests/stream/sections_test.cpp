@@ -167,6 +167,19 @@ TEST(Sections, StayWholeInTheCallersHands) {
     EXPECT_EQ(s.t.Picture("p"), "||b|||");
 }
 
+TEST(Sections, ArePartedWhereTokensWouldTouch) {
+    Scene parted;
+    ASSERT_TRUE(parted.Cut());
+    CSyncMark* pLeft = parted.m1;
+    EXPECT_TRUE(parted.pStream->InsertSection(parted.m2, parted.m2, &pLeft, nullptr));
+    EXPECT_FALSE(parted.PutBack(&pLeft, nullptr));
+    EXPECT_EQ(parted.a->GetAdjacentStreamObj(sdRight), nullptr);
+    for (CStreamObj* p : {parted.b, parted.a}) {
+        EXPECT_TRUE(parted.pStream->InsertSection(p, p, &pLeft, nullptr));
+    }
+    EXPECT_EQ(parted.t.Picture("p"), "||a|b|||");
+}
+
 // The very indices that a stream has which is renumbered whole by every insertion.
 TEST(Sections, AreNumberedWithTheirStream) {
     std::mt19937 random(7);

@@ -56,7 +56,8 @@ public:
     /// neighbours; the stream owns it again. One of the bounds may be null: the other's neighbour
     /// is meant, with a new mark between where tokens would touch. The bounds are replaced by their
     /// counterparts here, also by null. False if what is given is no such chain, if the bounds are
-    /// no neighbours, and where tokens would touch; the chain is then still the caller's.
+    /// no neighbours, and where tokens would touch; the chain is then still the caller's. A token
+    /// may come to stand next to a sentinel, unlike by insertions.
     virtual bool InsertSection(CStreamObj* pFirst, CStreamObj* pLast, CSyncMark** ppLeft,
                                CSyncMark** ppRight) = 0;
 

@@ -19,8 +19,8 @@ constexpr int kRound = 50;
 View::View(CPlexa& plexa, bool bStep, int keys) : m_plexa(plexa), m_bStep(bStep), m_keys(keys) {
     if (plexa.StartMessageEngine()) return;
     throw std::runtime_error(
-        "no viewer answers: start mlds-viewer first, and if it listens elsewhere than on "
-        "127.0.0.1:4801, say where in plexaview.cfg");
+        "no viewer answers, or it already serves another engine: start mlds-viewer first, and if "
+        "it listens elsewhere than on 127.0.0.1:4801, say where in plexaview.cfg");
 }
 
 void View::Pause(const std::string& done) {

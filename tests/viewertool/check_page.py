@@ -95,17 +95,21 @@ def check(page, viewer, engine, engine_program):
 
     page.click('.token')
     page.expect('shows fields', lambda: 'tone' in page.text('#token'))
-    stress = page.chrome.find_element('css selector', '#token input[name=stress]')
+    stress = page.chrome.find_element('css selector', '#token input[aria-label=stress]')
     stress.clear()
     stress.send_keys('7', Keys.ENTER)
     page.expect('sends an edit', lambda: engine.do('poll') and engine.do('value tier0 stress') == '7')
     page.expect('hears of it', lambda: 'stress 0 -> 7' in page.text('#log'))
     page.expect('shows it', lambda: page.chrome.find_element(
-        'css selector', '#token input[name=stress]').get_attribute('value') == '7')
-    page.chrome.find_element('css selector', '#token select[name=tone]').send_keys('low')
+        'css selector', '#token input[aria-label=stress]').get_attribute('value') == '7')
+    page.chrome.find_element('css selector', '#token input[aria-label=stress]').send_keys('12')
+    page.chrome.find_element('css selector', '#token select[aria-label=tone]').send_keys('low')
     page.click('#token form.field:nth-of-type(2) button')
     page.expect('sets a choice', lambda: engine.do('poll') and engine.do('value tier0 tone') == 'low')
-    stress = page.chrome.find_element('css selector', '#token input[name=stress]')
+    page.expect('hears of that', lambda: 'tone high -> low' in page.text('#log'))
+    assert page.chrome.find_element('css selector', '#token input[aria-label=stress]').get_attribute(
+        'value') == '712', 'what is being typed stays'
+    stress = page.chrome.find_element('css selector', '#token input[aria-label=stress]')
     stress.clear()
     stress.send_keys('x', Keys.ENTER)
     page.expect('refuses nonsense', lambda: 'whole numbers' in page.text('#token-message'))
@@ -134,6 +138,8 @@ def check(page, viewer, engine, engine_program):
     assert other.do('start') == 'ok'
     page.expect('shows the next engine', lambda: len(page.tokens('tier0')) == 4
                 and page.text('#banner') == '')
+    page.expect('which has other tokens', lambda: 'Click a token' in page.text('#token'))
+    assert not page.chrome.find_elements('css selector', '.changed, .selected')
     other.end()
 
 

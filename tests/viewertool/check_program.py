@@ -36,7 +36,7 @@ class Terminal(unittest.TestCase):
         shown = self.lines_until('    stress')
         self.assertIn('token ei of tier0', shown[0])
         self.assertIn('    name    ei', shown)
-        self.viewer.say('set tier0 1 tone low')
+        self.viewer.say('set 0 1 tone low')
         self.assertIn('asked', self.viewer.line())
         self.assertEqual(await_that(
             lambda: self.engine.do('poll') and self.engine.do('value tier0 tone') == 'low'), True)
@@ -73,6 +73,18 @@ class CommandLine(unittest.TestCase):
         port = urlparse(viewer.page).port
         self.expect(1, 'cannot serve the page', '--port', '0', '--web-port', str(port))
         viewer.quit()
+
+    def test_never_waits_for_a_reader(self):
+        viewer = Viewer(viewer_program, '--log')
+        engine = Engine(engine_program, viewer, 8, 200)
+        for _ in range(4):  # more than a pipe holds
+            self.assertEqual(engine.do('start'), 'ok')
+            engine.do('stop')
+        self.assertEqual(engine.end(), 0)
+        viewer.say('quit')
+        self.assertEqual(viewer.process.wait(10), 0)
+        viewer.process.stdin.close()
+        viewer.process.stdout.close()
 
     def test_works_without_standard_input(self):
         viewer = Program('sh', '-c', f'exec "{viewer_program}" --port 0 --web-port 0 -q <&-')
@@ -120,6 +132,9 @@ class Web(unittest.TestCase):
             self.assertEqual(self.request('POST', '/field', wish, **foreign)[0], 403, foreign)
             self.assertEqual(self.request('POST', '/disconnect', '{}', **foreign)[0], 403, foreign)
         self.assertEqual(self.request('GET', '/structure', Origin='http://example.org')[0], 403)
+        self.assertEqual(self.request('GET', '/events', Sec_Fetch_Site='cross-site')[0], 403)
+        answer = self.request('GET', '/structure', Accept_Encoding='gzip, br')[2]
+        self.assertIsNone(answer.headers['Content-Encoding'])  # it takes longer than sending
         self.assertEqual(self.request('GET', '/../main.js')[0], 404)
 
     def test_understands_only_wishes(self):
@@ -130,6 +145,10 @@ class Web(unittest.TestCase):
             status, text, _ = self.request('POST', '/field', wish, **own)
             self.assertEqual((status, json.loads(text)['error']), (409, 'the request is not understood'))
         self.assertEqual(self.request('POST', '/field', 'x' * 100000, **own)[0], 413)
+        pieces = (b'x' * 1000 for _ in range(100))  # sent as chunks, of no length known before
+        self.assertEqual(self.request('POST', '/field', pieces, **own)[0], 413)
+        pieces = (b'x' * 1000 for _ in range(100))
+        self.assertEqual(self.request('POST', '/field', pieces, Host='example.org')[0], 403)
 
     def test_tells_what_changes(self):
         engine = Engine(engine_program, self.viewer)

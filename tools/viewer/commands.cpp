@@ -62,14 +62,23 @@ private:
         for (std::size_t i = 0; i < streams.size(); ++i) {
             if (Shown(streams[i].name) == name) return static_cast<int>(i);
         }
+        // By its number: a name may hold spaces, or be none.
+        const std::optional<std::size_t> index = NumberIn(name);
+        if (index && *index < streams.size()) return static_cast<int>(*index);
         throw Fault{"there is no stream " + name};
     }
 
-    Id Token(const std::string& stream, const std::string& number) const {
+    static std::optional<std::size_t> NumberIn(const std::string& text) {
         std::size_t n = 0;
-        const char* pEnd = number.data() + number.size();
-        const auto [p, error] = std::from_chars(number.data(), pEnd, n);
-        if (error != std::errc{} || p != pEnd) throw Fault{number + " is no number"};
+        const char* pEnd = text.data() + text.size();
+        const auto [p, error] = std::from_chars(text.data(), pEnd, n);
+        return error == std::errc{} && p == pEnd ? std::optional(n) : std::nullopt;
+    }
+
+    Id Token(const std::string& stream, const std::string& number) const {
+        const std::optional<std::size_t> wanted = NumberIn(number);
+        if (!wanted) throw Fault{number + " is no number"};
+        std::size_t n = *wanted;
         for (const Id id : m_mirror.Chain(StreamNamed(stream))) {
             if (m_mirror.Find(id)->kind == Kind::token && --n == 0) return id;
         }

@@ -42,10 +42,16 @@ void EngineServer::Serve() {
 }
 
 void EngineServer::ReceiveMessages() {
-    if (!m_messages.isOpen()) return;
-    const std::optional<std::string> bytes = m_messages.Receive();
-    if (!bytes) return CloseEngine("it closed the connection");
-    m_reader.Add(*bytes);
+    while (m_messages.isOpen()) {
+        const std::optional<std::string> bytes = m_messages.Receive();
+        if (!bytes) return CloseEngine("it closed the connection");
+        if (bytes->empty()) return;
+        m_reader.Add(*bytes);
+        TakeMessages();
+    }
+}
+
+void EngineServer::TakeMessages() {
     try {
         while (std::optional<Message> message = m_reader.TakeMessage()) {
             const bool bGoodbye = message->code == mlds::msgGoodbye;
@@ -102,11 +108,14 @@ bool EngineServer::Admit(Guest& guest, int greeting) {
         m_messages = std::move(incoming.socket);
         m_reader = std::move(guest.reader);
         m_host = incoming.host;
+        m_since = std::chrono::steady_clock::now();
         if (!Acknowledge(m_messages)) CloseEngine("it takes no acknowledgements");
         return false;
     }
     if (greeting != mlds::greetRequests) return Refuse(guest, "its greeting is unknown");
-    if (!m_messages.isOpen() || m_requests.isOpen() || m_host != incoming.host) {
+    // An engine opens both in one go: later it is somebody else, who was refused before.
+    const bool bLate = std::chrono::steady_clock::now() - m_since > kPatience;
+    if (!m_messages.isOpen() || m_requests.isOpen() || m_host != incoming.host || bLate) {
         return Refuse(guest, "it takes requests for an engine that is not connected");
     }
     if (!Acknowledge(incoming.socket)) return false;

@@ -20,10 +20,11 @@ public:
     /// Refers to the viewer.
     EngineServer(Socket listener, Viewer& viewer)
         : m_listener(std::move(listener)), m_viewer(viewer) {}
-    ~EngineServer() { CloseEngine("the viewer ends"); }
+    ~EngineServer() { Close(); }
 
     /// Adds what is to be polled.
     void AddTo(std::vector<pollfd>& descriptors) const;
+    void Close() { CloseEngine("the viewer ends"); }
     /// Does what can be done without waiting: to be called when poll() has returned.
     void Serve();
 
@@ -37,6 +38,7 @@ private:
 
     void AcceptGuests();
     void ReceiveMessages();
+    void TakeMessages();
     void WatchRequests();
     void SendRequests();
     void HearGuests();
@@ -51,7 +53,8 @@ private:
 
     Socket m_messages;
     MessageReader m_reader;
-    std::string m_host;  // of the engine
+    std::string m_host;                             // of the engine
+    std::chrono::steady_clock::time_point m_since;  // when it came
     Socket m_requests;
     std::string m_unsent;
 };

@@ -18,13 +18,18 @@ public:
     std::size_t Of(Id mark) {
         const std::map<int, Id>& group = m_mirror.GroupOf(mark);
         const Id speaker = group.empty() ? mark : group.begin()->second;
-        return m_instants.emplace(speaker, m_instants.size()).first->second;
+        const auto [found, bNew] = m_instants.emplace(speaker, m_n);
+        if (bNew) ++m_n;
+        return found->second;
     }
-    std::size_t n() const { return m_instants.size(); }
+    // One that no mark stands for.
+    std::size_t Fresh() { return m_n++; }
+    std::size_t n() const { return m_n; }
 
 private:
     const Mirror& m_mirror;
     std::unordered_map<Id, std::size_t> m_instants;
+    std::size_t m_n = 0;
 };
 
 Lane MakeLane(const Mirror& mirror, int stream, Instants& instants) {
@@ -39,6 +44,11 @@ Lane MakeLane(const Mirror& mirror, int stream, Instants& instants) {
         // neighbours.
         if (!lane.marks.empty()) lane.cells.push_back(std::exchange(tokens, {}));
         lane.marks.push_back({id, instants.Of(id)});
+    }
+    if (!tokens.empty() && lane.cells.empty()) {
+        // A stream that lacks marks has been told in part. Its tokens are to be seen all the same.
+        while (lane.marks.size() < 2) lane.marks.push_back({0, instants.Fresh()});
+        lane.cells.emplace_back();
     }
     if (!lane.cells.empty()) {
         lane.cells.back().insert(lane.cells.back().end(), tokens.begin(), tokens.end());

@@ -12,6 +12,7 @@
 
 #include "commands.h"
 #include "engineserver.h"
+#include "printer.h"
 #include "terminal.h"
 #include "viewer/codes.h"
 #include "webserver.h"
@@ -65,8 +66,9 @@ std::size_t Columns() {
 // Prints what is new in the journal, and the streams when they are fit to be seen.
 class Screen {
 public:
-    Screen(Viewer& viewer, const Options& options)
+    Screen(Viewer& viewer, Printer& printer, const Options& options)
         : m_viewer(viewer),
+          m_printer(printer),
           m_bLog(options.bLog),
           m_bTiers(!options.bQuiet),
           m_bClear(!options.bLog && ::isatty(STDOUT_FILENO) == 1) {}
@@ -75,7 +77,7 @@ public:
         const Status status = m_viewer.status();
         bool bComplete = false;
         for (const Entry& entry : m_viewer.Entries(m_nSeen + 1, status.last - m_nSeen)) {
-            if (m_bLog || entry.message.code < 0) std::cout << EntryText(entry);
+            if (m_bLog || entry.message.code < 0) m_printer.Print(EntryText(entry));
             bComplete |= entry.message.code == mlds::msgDisplayNow;
             bComplete |= entry.message.code == Journal::kDisconnected;
         }
@@ -84,16 +86,16 @@ public:
             m_nDrawn = status.shown;
             const std::string text = TiersText(m_viewer.StructureAt(m_nDrawn), Columns());
             if (text != m_drawn && !text.empty()) {
-                std::cout << (m_bClear ? "\033[H\033[2J" : "") << text << '\n';
+                m_printer.Print((m_bClear ? "\033[H\033[2J" : "") + text + '\n');
             }
             m_drawn = text;
         }
-        std::cout.flush();
     }
     bool isDirty() const { return m_nDrawn < m_viewer.status().shown; }
 
 private:
     Viewer& m_viewer;
+    Printer& m_printer;
     bool m_bLog;
     bool m_bTiers;
     bool m_bClear;
@@ -107,7 +109,7 @@ class Input {
 public:
     bool isOpen() const { return m_bOpen; }
     /// False when quit was among them. To be called when there is something to read.
-    bool Read(Viewer& viewer) {
+    bool Read(Viewer& viewer, Printer& printer) {
         char bytes[4096];
         const ssize_t n = ::read(STDIN_FILENO, bytes, sizeof bytes);
         if (n < 0 && (errno == EAGAIN || errno == EINTR)) return true;
@@ -117,7 +119,7 @@ public:
             const auto answer = CarryOut(m_text.substr(0, end), viewer, Columns());
             m_text.erase(0, end + 1);
             if (!answer) return false;
-            std::cout << *answer << std::flush;
+            printer.Print(*answer);
         }
         return true;
     }
@@ -137,7 +139,7 @@ void OpenStandardStreams() {
     }
 }
 
-int Run(const Options& options) {
+[[noreturn]] void Run(const Options& options) {
     Viewer viewer;
     Socket listener = Listen(options.host, options.port);
     std::cout << "engines: " << options.host << ':' << PortOf(listener) << std::endl;
@@ -147,7 +149,8 @@ int Run(const Options& options) {
         pWeb = std::make_unique<WebServer>(viewer, options.webHost, options.webPort);
         std::cout << "page: http://" << options.webHost << ':' << pWeb->port() << '/' << std::endl;
     }
-    Screen screen(viewer, options);
+    auto pPrinter = std::make_unique<Printer>();
+    Screen screen(viewer, *pPrinter, options);
     Input input;
     for (std::vector<pollfd> polled;; polled.clear()) {
         polled.push_back({input.isOpen() ? STDIN_FILENO : -1, POLLIN, 0});
@@ -159,8 +162,11 @@ int Run(const Options& options) {
         }
         engines.Serve();
         screen.Update(n == 0);
-        if (n > 0 && polled[0].revents != 0 && !input.Read(viewer)) return 0;
+        if (n > 0 && polled[0].revents != 0 && !input.Read(viewer, *pPrinter)) break;
     }
+    engines.Close();
+    pPrinter.reset();
+    std::_Exit(0);  // threads that serve a slow browser are not waited for
 }
 
 bool ReadPort(const char* text, int& port) {
@@ -234,7 +240,7 @@ int main(int argc, char** argv) try {
     }
     // Nobody reads what is printed any more: the page may still be looked at.
     std::signal(SIGPIPE, SIG_IGN);
-    return Run(options);
+    Run(options);
 } catch (const std::exception& e) {
     std::cerr << "mlds-viewer: " << e.what() << '\n';
     return 1;

@@ -13,6 +13,8 @@ namespace {
 
 using Line = std::u32string;
 
+constexpr std::size_t kLongestLabel = 40;
+
 // The tokens of a cell; several touch, so nothing else stands between them.
 Line LabelOf(const Mirror& mirror, const std::vector<Id>& tokens) {
     Line label;
@@ -20,6 +22,8 @@ Line LabelOf(const Mirror& mirror, const std::vector<Id>& tokens) {
         if (!label.empty()) label += U'\u00B7';
         label += Wide(Shown(mirror.NameOf(token)));
     }
+    // Longer ones would push everything else out of sight.
+    if (label.size() > kLongestLabel) label = label.substr(0, kLongestLabel - 1) + U'\u2026';
     return label;
 }
 

@@ -74,7 +74,8 @@ std::optional<std::string> Typed(std::string_view utf8, bool bLatin1) {
 }
 
 bool IsLatin1(std::string_view engineText) {
-    return !IsAscii(engineText) && !Recode(engineText, kUtf8, kUtf8);
+    // Not to UTF-8 again: that lets numbers pass that are no characters.
+    return !IsAscii(engineText) && !Recode(engineText, kUtf32, kUtf8);
 }
 
 }  // namespace mlds_viewer

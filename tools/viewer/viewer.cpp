@@ -103,6 +103,11 @@ std::vector<std::string> Viewer::TakePackets() {
     return std::exchange(m_packets, {});
 }
 
+void Viewer::WakeAll() {
+    const std::lock_guard lock(m_mutex);
+    Changed();
+}
+
 Status Viewer::status() const {
     const std::lock_guard lock(m_mutex);
     return m_status;
@@ -146,6 +151,16 @@ void Viewer::Ask(std::string packet) {
     [[maybe_unused]] const auto n = ::write(m_wakeUp, &one, sizeof one);
 }
 
+// A possible value as the engine wrote it; anything else in the encoding that its texts seem to
+// have.
+std::optional<std::string> Viewer::InEngineText(const Field& field,
+                                                const std::string& value) const {
+    for (const std::string& possible : field.values) {
+        if (Shown(possible) == value) return possible;
+    }
+    return Typed(value, m_bLatin1);
+}
+
 std::string Viewer::SetField(Id token, int field, const std::string& value) {
     const std::lock_guard lock(m_mutex);
     if (std::string why = WhyNoRequests(); !why.empty()) return why;
@@ -156,9 +171,10 @@ std::string Viewer::SetField(Id token, int field, const std::string& value) {
     if (field < 0 || static_cast<std::size_t>(field) >= fields.size()) {
         return "the token has no such field";
     }
-    const std::optional<std::string> text = Typed(value, m_bLatin1);
+    const Field& asked = fields[static_cast<std::size_t>(field)];
+    const std::optional<std::string> text = InEngineText(asked, value);
     if (!text) return "the engine's encoding, Latin-1, lacks a character of the value";
-    std::string why = WhyNoValue(fields[static_cast<std::size_t>(field)], *text);
+    std::string why = WhyNoValue(asked, *text);
     if (why.empty()) Ask(FieldPacket(token, pToken->stream, field, *text));
     return why;
 }

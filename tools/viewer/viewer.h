@@ -42,6 +42,8 @@ public:
     Status status() const;
     /// Returns when the version is another one, or when the time is over.
     Status WaitForChange(std::size_t version, std::chrono::milliseconds time) const;
+    /// Has everybody return who waits.
+    void WakeAll();
     Mirror StructureAt(std::size_t number) const;
     /// At most n entries from a number on.
     std::vector<Entry> Entries(std::size_t from, std::size_t n) const;
@@ -55,6 +57,7 @@ public:
 
 private:
     std::string WhyNoRequests() const;
+    std::optional<std::string> InEngineText(const Field& field, const std::string& value) const;
     void Ask(std::string packet);
     void Changed();
 

@@ -101,11 +101,11 @@ std::string EntriesJson(const std::vector<Entry>& entries) {
 std::optional<FieldWish> ReadFieldWish(const std::string& text) {
     const json wish = json::parse(text, nullptr, false);
     if (!wish.is_object()) return std::nullopt;
-    const auto isWhole = [&](const char* key) {
+    const auto isWhole = [&](const char* key, std::uint64_t most) {
         return wish.contains(key) && wish[key].is_number_unsigned() &&
-               wish[key].get<std::uint64_t>() <= INT32_MAX;
+               wish[key].get<std::uint64_t>() <= most;
     };
-    if (!isWhole("token") || !isWhole("field") || !wish.contains("value") ||
+    if (!isWhole("token", UINT32_MAX) || !isWhole("field", INT32_MAX) || !wish.contains("value") ||
         !wish["value"].is_string()) {
         return std::nullopt;
     }

@@ -28,6 +28,8 @@ constexpr std::chrono::milliseconds kHeartbeat{5000};
 constexpr std::chrono::milliseconds kPause{40};
 
 constexpr const char* kJson = "application/json";
+// With its encoding named the server does not compress it, which takes far longer than sending it.
+constexpr const char* kJsonAnswer = "application/json; charset=utf-8";
 
 // Nothing is loaded from elsewhere, and nobody else may show or read what is here.
 const httplib::Headers kHeaders = {
@@ -54,18 +56,43 @@ constexpr File kFiles[] = {{"/", "text/html; charset=utf-8", kIndexHtml},
 bool IsFromOwnPage(const Request& request, bool bLoopbackOnly) {
     const std::string host = request.get_header_value("Host");
     if (!IsOwnHost(host, bLoopbackOnly)) return false;
+    const std::string site = request.get_header_value("Sec-Fetch-Site");
+    if (!site.empty() && site != "same-origin" && site != "none") return false;
     const bool bWish = request.method == "POST";
     if (bWish && request.get_header_value("Content-Type") != kJson) return false;
     if (!request.has_header("Origin")) return !bWish;
     return request.get_header_value("Origin") == "http://" + host;
 }
 
+void Refuse(Response& response) {
+    response.status = 403;
+    response.set_content("only for the page of this viewer\n", "text/plain");
+}
+
 // Hands only requests of the page on.
 httplib::Server::Handler Own(bool bLoopbackOnly, httplib::Server::Handler handler) {
     return [=](const Request& request, Response& response) {
         if (IsFromOwnPage(request, bLoopbackOnly)) return handler(request, response);
-        response.status = 403;
-        response.set_content("only for the page of this viewer\n", "text/plain");
+        Refuse(response);
+    };
+}
+
+using WishHandler = std::function<void(const std::string& body, Response&)>;
+
+// The same for requests with a body. That is read to its end in any case, or the rest of it would
+// be taken for the next request; but not kept when it is too long.
+httplib::Server::HandlerWithContentReader OwnWish(bool bLoopbackOnly, WishHandler handler) {
+    return [=](const Request& request, Response& response, const httplib::ContentReader& reader) {
+        std::string body;
+        bool bFits = true;
+        const bool bRead = reader([&](const char* bytes, std::size_t n) {
+            bFits = bFits && body.size() + n <= kLargestWish;
+            if (bFits) body.append(bytes, n);
+            return true;
+        });
+        if (!IsFromOwnPage(request, bLoopbackOnly)) return Refuse(response);
+        if (bRead && bFits) return handler(body, response);
+        response.status = 413;
     };
 }
 
@@ -78,7 +105,7 @@ std::size_t NumberOf(const Request& request, const char* key, std::size_t otherw
 
 void Answer(Response& response, const std::string& why) {
     response.status = why.empty() ? 200 : 409;
-    response.set_content(AnswerJson(why), kJson);
+    response.set_content(AnswerJson(why), kJsonAnswer);
 }
 
 }  // namespace
@@ -117,6 +144,7 @@ WebServer::WebServer(Viewer& viewer, const std::string& host, int port)
 
 WebServer::~WebServer() {
     m_bEnding = true;
+    m_viewer.WakeAll();
     m_pServer->stop();
     m_thread.join();
 }
@@ -163,27 +191,28 @@ void WebServer::AddQuestions() {
         const std::size_t since = NumberOf(request, "since", at);
         response.set_content(
             StructureJson(m_viewer.StructureAt(at), at, m_viewer.ObjectsOf(since + 1, at + 1)),
-            kJson);
+            kJsonAnswer);
     };
     const auto entries = [this](const Request& request, Response& response) {
         const std::size_t n = std::min(NumberOf(request, "count", kMostEntries), kMostEntries);
-        response.set_content(EntriesJson(m_viewer.Entries(NumberOf(request, "from", 1), n)), kJson);
+        response.set_content(EntriesJson(m_viewer.Entries(NumberOf(request, "from", 1), n)),
+                             kJsonAnswer);
     };
     m_pServer->Get("/structure", Own(m_bLoopback, structure));
     m_pServer->Get("/entries", Own(m_bLoopback, entries));
 }
 
 void WebServer::AddWishes() {
-    const auto setField = [this](const Request& request, Response& response) {
-        const std::optional<FieldWish> wish = ReadFieldWish(request.body);
+    const auto setField = [this](const std::string& body, Response& response) {
+        const std::optional<FieldWish> wish = ReadFieldWish(body);
         Answer(response, wish ? m_viewer.SetField(wish->token, wish->field, wish->value)
                               : "the request is not understood");
     };
-    const auto disconnect = [this](const Request&, Response& response) {
+    const auto disconnect = [this](const std::string&, Response& response) {
         Answer(response, m_viewer.Disconnect());
     };
-    m_pServer->Post("/field", Own(m_bLoopback, setField));
-    m_pServer->Post("/disconnect", Own(m_bLoopback, disconnect));
+    m_pServer->Post("/field", OwnWish(m_bLoopback, setField));
+    m_pServer->Post("/disconnect", OwnWish(m_bLoopback, disconnect));
 }
 
 }  // namespace mlds_viewer

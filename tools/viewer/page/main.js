@@ -10,6 +10,7 @@ let reachable = false;     // the viewer program
 let past = 0;              // the message that was stepped back to; 0 while live
 let shown = 0;             // the message behind which the structure on the page was so
 let selected = 0;
+let changed = new Set();   // what changed last
 
 const tiers = new TierView($('tiers'), select);
 const token = new TokenPanel($('token'));
@@ -29,7 +30,7 @@ function whyNoEdit() {
 }
 
 function showToken() {
-  token.show(tiers.find(selected), whyNoEdit());
+  token.show(tiers.find(selected), whyNoEdit(), changed.has(selected));
 }
 
 function showStatus() {
@@ -90,8 +91,9 @@ async function showStructure() {
     again = true;
     return;
   }
+  changed = new Set(structure.changed);
   // What changed goes on to be seen as long as nothing else does.
-  if (!at && structure.changed.length === 0) structure.changed = [...tiers.changed];
+  if (!at && changed.size === 0) structure.changed = [...tiers.changed];
   shown = structure.number;
   tiers.show(structure, $('follow').checked);
   variables.show(structure.lists);
@@ -105,13 +107,15 @@ async function showStructure() {
 
 function stepTo(number) {
   past = Math.min(Math.max(number, status.first), status.last);
+  tiers.forgetChanges();
   showStatus();
   refresh();
 }
 
+// What has changed since the message that was looked at is new.
 function goLive() {
   past = 0;
-  shown = 0;
+  tiers.forgetChanges();
   showStatus();
   refresh();
 }
@@ -124,28 +128,50 @@ $('step-live').addEventListener('click', goLive);
 $('zoom').addEventListener('input', () => tiers.setZoom(Number($('zoom').value)));
 $('disconnect').addEventListener('click', askToDisconnect);
 document.addEventListener('keydown', (event) => {
-  if (event.target.closest('input, select')) return;
-  if (event.key === 'ArrowLeft') stepTo((past || status.last) - 1);
-  if (event.key === 'ArrowRight') stepTo((past || status.last) + 1);
+  if (event.target.closest('input, select') || event.ctrlKey || event.altKey || event.metaKey) return;
+  const step = {ArrowLeft: -1, ArrowRight: 1}[event.key];
+  if (!step) return;
+  event.preventDefault();
+  stepTo((past || status.last) + step);
 });
 
-const events = new EventSource('/events');
-events.addEventListener('message', (event) => {
-  const told = JSON.parse(event.data);
+function hear(told) {
   if (told.last < status.last) {  // another viewer program: its messages begin anew
     past = 0;
     shown = 0;
   }
+  if (told.engine !== status.engine) {  // its objects have numbers of their own
+    selected = tiers.selected = 0;
+    tiers.forgetChanges();
+  }
   status = told;
   reachable = true;
-  if (past && past < status.first) past = status.first;
+  const gone = past && past < status.first;
+  if (gone) past = status.first;
   showStatus();
-  if (!past) refresh();
+  if (!past || gone) refresh();
   else showToken();
-});
-events.addEventListener('error', () => {
-  reachable = false;
-  showStatus();
-  showToken();
-});
+}
+
+// A browser has few connections for one server: a page that nobody sees gives its own back.
+const retry = 3000;
+let events;
+
+function listen() {
+  events?.close();
+  events = undefined;
+  if (document.hidden) return;
+  events = new EventSource('/events');
+  events.addEventListener('message', (event) => hear(JSON.parse(event.data)));
+  events.addEventListener('error', () => {
+    reachable = false;
+    showStatus();
+    showToken();
+    // It tries again by itself, unless it was refused.
+    if (events?.readyState === EventSource.CLOSED) setTimeout(listen, retry);
+  });
+}
+
+document.addEventListener('visibilitychange', listen);
+listen();
 showStatus();

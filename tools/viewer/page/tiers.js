@@ -5,6 +5,7 @@ const laneHeight = 34;
 const tokenHeight = 26;
 const tokenPadding = 12;
 const gapWidth = 16;
+const widestName = 260;  // of longer names the beginning is shown
 const hues = [215, 150, 35, 280, 345, 185, 95, 15];
 const sweeps = 30;
 const margin = 400;  // how far beyond the view things are drawn
@@ -21,7 +22,7 @@ pen.font = '14px "DejaVu Sans", system-ui, sans-serif';
 const nameOf = (token) => token.values[0] ?? '';
 
 function cellWidth(cell) {
-  return cell.reduce((sum, token) => sum + pen.measureText(nameOf(token)).width + tokenPadding, 0)
+  return cell.reduce((sum, token) => sum + Math.min(pen.measureText(nameOf(token)).width, widestName) + tokenPadding, 0)
     || gapWidth;
 }
 
@@ -61,7 +62,8 @@ export class TierView {
     this.zoom = 1;
     this.selected = 0;
     this.scroller.addEventListener('scroll', () => this.drawSoon());
-    this.canvas.addEventListener('click', (event) => this.click(event));
+    // Not at the end of a click: what was pressed may have been drawn anew by then.
+    this.canvas.addEventListener('pointerdown', (event) => this.press(event));
     new ResizeObserver(() => this.drawSoon()).observe(this.scroller);
     root.append(this.empty);
   }
@@ -73,8 +75,8 @@ export class TierView {
     this.place();
     this.root.replaceChildren(...structure.lanes.length ? [this.names, this.scroller] : [this.empty]);
     this.names.replaceChildren(...structure.lanes.map((lane) => {
-      const name = element('div', {textContent: lane.name});
-      name.style.height = `${laneHeight}px`;
+      const name = element('div', {textContent: lane.name, title: lane.name});
+      name.style.height = name.style.lineHeight = `${laneHeight}px`;
       return name;
     }));
     if (follow) this.reveal(structure.changed.find((id) => this.positions.has(id)));
@@ -89,6 +91,11 @@ export class TierView {
     this.place();
     this.scroller.scrollLeft = middle * zoom - this.scroller.clientWidth / 2;
     this.draw();
+  }
+
+  // Nothing is new any more.
+  forgetChanges() {
+    this.changed.clear();
   }
 
   select(id) {
@@ -200,7 +207,7 @@ export class TierView {
     made.classList.toggle('selected', this.selected === id);
   }
 
-  click(event) {
+  press(event) {
     const token = event.target.closest('.token');
     if (token) this.onSelect(Number(token.dataset.id));
   }

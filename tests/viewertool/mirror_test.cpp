@@ -214,13 +214,16 @@ TEST(Mirror, StaysWholeWhateverItIsTold) {
     EXPECT_EQ(StreamsText(mirror),
               "0 a b: 0 tokens, 0 marks\n    name  name\n"
               "    x y   enum low hi gh\n    n     int\n");
+    tell(mlds::msgStream, "  1   2 q|bars 0 1 \n|");
+    EXPECT_EQ(mirror.streams().at(1).name, "q");
+    EXPECT_EQ(mirror.streams()[1].fields.size(), 2u) << "of which nothing more is known";
     tell(mlds::msgInserted, "0 0000000000  0 0x00000001 1    1  0 0x00000001 ");
     tell(mlds::msgInserted, "0 0x00000099  0 0x00000002 0 |p|q|low|5");  // behind nobody
     tell(mlds::msgInserted, "0 0x00000002  0 0x00000002 0 |p|low|5");    // behind itself
     tell(mlds::msgInserted, "0 0x00000001  0 0x00000003 1    2  0 0x00000003  7 0x00000001 ");
     tell(mlds::msgRemoved, "0  0 0x00000042 0 ");
     tell(mlds::msgTokenChanged, "0  0 0x00000042 0 |a|b|c");
-    EXPECT_EQ(TextOf(mirror), "a b: | | /p|q/low/5\n");
+    EXPECT_EQ(TextOf(mirror), "a b: |. |. /p|q/low/5\nq:\n");
     EXPECT_EQ(mirror.GroupOf(1), (std::map<int, Id>{{0, 3}, {7, 1}})) << "of the last word";
     tell(mlds::msgTokenChanged, "0  0 0x00000001 1    2  0 0x00000001  0 0x00000003 ");
     tell(mlds::msgTokenChanged, "0  0 0x00000003 1    1  0 0x00000003 ");

@@ -130,17 +130,30 @@ Field ReadField(Scanner& text) {
     return field;
 }
 
+std::vector<Field> ReadFields(Scanner text, int nFields) {
+    std::vector<Field> fields;
+    if (nFields > 0) fields.push_back({"name", std::nullopt, {}});
+    for (int i = 1; i < nFields; ++i) {
+        text.Character('|');
+        fields.push_back(ReadField(text));
+    }
+    Expect(text.AtEnd());
+    return fields;
+}
+
 Event ReadStream(Scanner text) {
     StreamDescribed described{text.Stream(), "", {}};
     const int nFields = text.Number(0, kMostFields);
     text.Character(' ');
     described.name = text.Until('|');
-    if (nFields > 0) described.fields.push_back({"name", std::nullopt, {}});
-    for (int i = 1; i < nFields; ++i) {
-        text.Character('|');
-        described.fields.push_back(ReadField(text));
+    try {
+        described.fields = ReadFields(text, nFields);
+    } catch (const Unreadable&) {
+        // Names and values with bars in them. How many fields there are is known all the same.
+        for (int i = 0; i < nFields; ++i) {
+            described.fields.push_back({"field " + std::to_string(i), std::nullopt, {}});
+        }
     }
-    Expect(text.AtEnd());
     return described;
 }
 

@@ -91,6 +91,8 @@ public:
             m_drawn = text;
         }
     }
+    /// Somebody types: what is printed stays from now on.
+    void KeepAll() { m_bClear = false; }
     bool isDirty() const { return m_nDrawn < m_viewer.status().shown; }
 
 private:
@@ -162,7 +164,9 @@ void OpenStandardStreams() {
         }
         engines.Serve();
         screen.Update(n == 0);
-        if (n > 0 && polled[0].revents != 0 && !input.Read(viewer, *pPrinter)) break;
+        if (n <= 0 || polled[0].revents == 0) continue;
+        if (!input.Read(viewer, *pPrinter)) break;
+        screen.KeepAll();
     }
     engines.Close();
     pPrinter.reset();

@@ -58,7 +58,7 @@ export class TierView {
     this.structure = {lanes: [], instants: 0, changed: []};
     this.changed = new Set();
     this.members = [];  // of instants: lane and mark
-    this.positions = new Map();  // of objects: where they begin
+    this.positions = new Map();  // of objects: where they begin, and in which lane
     this.zoom = 1;
     this.selected = 0;
     this.scroller.addEventListener('scroll', () => this.drawSoon());
@@ -116,23 +116,25 @@ export class TierView {
     }));
     this.places = findPlaces(instants, spans);
     this.positions.clear();
-    for (const lane of lanes) {
-      lane.marks.forEach(([id, instant], i) => {
-        this.positions.set(id, this.places[instant]);
-        lane.cells[i]?.forEach((token) => this.positions.set(token.id, this.places[instant]));
-      });
-    }
+    lanes.forEach((lane, row) => lane.marks.forEach(([id, instant], i) => {
+      const position = {at: this.places[instant], row};
+      this.positions.set(id, position);
+      lane.cells[i]?.forEach((token) => this.positions.set(token.id, position));
+    }));
     this.canvas.style.width = `${this.places.reduce((a, b) => Math.max(a, b), 0) + 4}px`;
     this.canvas.style.height = `${lanes.length * laneHeight}px`;
   }
 
   reveal(id) {
-    const at = this.positions.get(id);
-    const left = this.scroller.scrollLeft;
-    const width = this.scroller.clientWidth;
-    if (at !== undefined && (at < left || at > left + width - 80)) {
-      this.scroller.scrollLeft = at - width / 3;
+    const position = this.positions.get(id);
+    if (!position) return;
+    const {scrollLeft: left, clientWidth: width} = this.scroller;
+    if (position.at < left || position.at > left + width - 80) {
+      this.scroller.scrollLeft = position.at - width / 3;
     }
+    const {scrollTop: top, clientHeight: height} = this.root;
+    const y = position.row * laneHeight;
+    if (y < top || y > top + height - 2 * laneHeight) this.root.scrollTop = y - height / 3;
   }
 
   drawSoon() {

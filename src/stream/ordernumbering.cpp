@@ -201,10 +201,8 @@ void OrderNumbering::TakeOutOfDetached(CStreamObj* p) {
 }
 
 void OrderNumbering::JoinDetached(CStreamObj* pLeft, CStreamObj* pRight) {
-    const bool bParted = pLeft != nullptr && pRight != nullptr && Internals::IsToken(pLeft) &&
-                         Internals::IsToken(pRight);
-    if (pLeft != nullptr) Internals::Next(pLeft) = bParted ? nullptr : pRight;
-    if (pRight != nullptr) Internals::Prev(pRight) = bParted ? nullptr : pLeft;
+    if (pLeft != nullptr) Internals::Next(pLeft) = pRight;
+    if (pRight != nullptr) Internals::Prev(pRight) = pLeft;
 }
 
 void OrderNumbering::Attach(CStreamObj* pFirst, CStreamObj* pLast, CStreamObj* pLeft,

@@ -49,7 +49,7 @@ public:
     /// Cuts the run of linked objects pFirst to pLast out of its chain. It is a chain of its own
     /// then, its objects keep their indices.
     static void Detach(CStreamObj* pFirst, CStreamObj* pLast);
-    /// Closes a gap in a detached chain; either may be null. Between two tokens it parts the chain.
+    /// Links two objects of detached chains to each other; null ends a chain.
     static void JoinDetached(CStreamObj* pLeft, CStreamObj* pRight);
     /// Takes an object out of the detached chain that it lies in, if it lies in one.
     static void LeaveDetached(CStreamObj* p) {

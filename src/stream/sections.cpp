@@ -62,10 +62,16 @@ bool IsDetachedChain(const CStream* pStream, CStreamObj* pFirst, CStreamObj* pLa
     return false;
 }
 
-// Cuts a run out of the detached chain around it.
+// Cuts a run out of the detached chain around it. The rest is one chain again, or two where tokens
+// would touch.
 void Isolate(CStreamObj* pFirst, CStreamObj* pLast) {
     if ((Internals::State(pFirst) & mlds::osDetached) == 0) return;
-    OrderNumbering::JoinDetached(Internals::Prev(pFirst), Internals::Next(pLast));
+    CStreamObj* pBefore = Internals::Prev(pFirst);
+    CStreamObj* pBehind = Internals::Next(pLast);
+    const bool bTokensMeet = pBefore != nullptr && pBehind != nullptr &&
+                             Internals::IsToken(pBefore) && Internals::IsToken(pBehind);
+    OrderNumbering::JoinDetached(pBefore, bTokensMeet ? nullptr : pBehind);
+    if (bTokensMeet) OrderNumbering::JoinDetached(nullptr, pBehind);
 }
 
 bool IsMark(const CStreamObj* p) {

@@ -167,6 +167,14 @@ TEST(Sections, StayWholeInTheCallersHands) {
     EXPECT_EQ(s.t.Picture("p"), "||b|||");
 }
 
+TEST(Sections, LoseNothingWhenAMarkIsDiscarded) {
+    Scene s;
+    ASSERT_TRUE(s.Cut());
+    CStream::DiscardStreamObj(s.m2);
+    EXPECT_EQ(s.a->GetAdjacentStreamObj(sdRight), s.b);
+    s.DiscardChain();
+}
+
 TEST(Sections, ArePartedWhereTokensWouldTouch) {
     Scene parted;
     ASSERT_TRUE(parted.Cut());

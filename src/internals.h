@@ -13,11 +13,13 @@ namespace mlds {
 
 /// Bits of a stream object's state.
 enum ObjectState : std::uint8_t {
-    osLinked = 1,    // lies in the chain of a stream (the links of other objects are stale)
-    osNumbered = 2,  // its order index follows its stream's numbering, see ordernumbering.h
-    osNewer = 4,     // linked after the numbering that its epoch names
-    osSentinel = 8,  // an end of a stream, linked for ever
-    osDetached = 16  // lies in a chain that was cut out of a stream: its links are true
+    osLinked = 1,       // lies in the chain of a stream (the links of other objects are stale)
+    osNumbered = 2,     // its order index follows its stream's numbering, see ordernumbering.h
+    osNewer = 4,        // linked after the numbering that its epoch names
+    osSentinel = 8,     // an end of a stream, linked for ever
+    osDetached = 16,    // lies in a chain that was cut out of a stream: its links are true
+    osRemoved = 32,     // was taken out and lives on: its links are stale, see absence.h
+    osNamedAbroad = 64  // stale links of objects of other streams lead here; stays for ever
 };
 
 struct Internals {
@@ -32,12 +34,23 @@ struct Internals {
     static bool IsToken(const CStreamObj* p) { return p->m_type == otToken; }
     static bool IsOfType(const CStreamObj* p, ObjectType type) { return p->m_type == type; }
     static bool IsSyncMark(const CStreamObj* p) { return p->m_type == otSyncMark; }
-    static std::uint8_t& State(CStreamObj* p) { return p->m_nState; }
+    static std::uint8_t State(const CStreamObj* p) { return p->m_nState; }
+    /// Sets the bits that say where an object lies.
+    static void SetPlace(CStreamObj* p, int bits) {
+        p->m_nState = static_cast<std::uint8_t>(bits | (p->m_nState & osNamedAbroad));
+    }
+    static void SetNamedAbroad(CStreamObj* p) { p->m_nState |= osNamedAbroad; }
     static std::uint32_t& Epoch(CStreamObj* p) { return p->m_nEpoch; }
     static std::uint32_t& Index(CStreamObj* p) { return p->m_nOrderIndex; }
     static bool IsLinked(const CStreamObj* p) { return (p->m_nState & osLinked) != 0; }
     /// In a stream's chain or in one that was cut out: the links are true.
     static bool IsInChain(const CStreamObj* p) { return (p->m_nState & CStreamObj::kInChain) != 0; }
+    /// Taken out of a chain and not linked since: alone, or in a chain that was cut out.
+    static bool IsAbsent(const CStreamObj* p) {
+        return (p->m_nState & (osRemoved | osDetached)) != 0;
+    }
+    /// True if the order index says something: the object is in a chain, or was.
+    static bool HasPlace(const CStreamObj* p) { return IsInChain(p) || IsAbsent(p); }
     static bool IsSentinel(const CStreamObj* p) { return (p->m_nState & osSentinel) != 0; }
     static int SlotOf(const CStreamObj* p) { return p->m_nStreamIndex; }
     static bool& HasHandle(CStreamObj* p) { return p->m_bHasHandle; }
@@ -87,12 +100,18 @@ struct Internals {
     static CField* Field(const CStream* p, int i) { return p->m_pFields[i]; }
     static int NumFields(const CStream* p) { return p->m_nFields; }
     static bool IsFenced(const CStream* p) { return p->m_bFence; }
+    static std::uint32_t& Destroyed(CStream* p) { return p->m_nDestroyed; }
+    static std::uint32_t& Absent(CStream* p) { return p->m_nAbsent; }
+    static void Abandon(CStream* p) { p->Abandon(); }
+    static void DestroyShell(CStream* p) { delete p; }
     static void SetFence(CStream* p, bool bOn);
 
     // The container
     static const CPlexa* Home(const CPlexa* p) { return p->m_pHome; }
     static int NumStreams(const CPlexa* p) { return p->m_nStreams; }
     static CStream* Stream(const CPlexa* p, int i) { return p->m_pStreams[i]; }
+    /// How many steps searches may still take: as many as they like, but for those of a test.
+    static std::uint64_t& SearchSteps(CPlexa* p) { return p->m_nSearchSteps; }
     static bool AnyFence(const CPlexa* p) { return p->m_nFenced > 0; }
     static bool HasViewer(const CPlexa* p) { return p->m_socket.m_sendSocket != 0; }
     static ViewerLink* Link(const CPlexa* p) { return p->m_socket.m_pLink; }
@@ -144,6 +163,12 @@ inline bool IsInsertable(const CPlexa* pPlexa, const CStreamObj* p) {
 /// True if both lie in a stream, pLeft immediately left of pRight.
 inline bool AreNeighbours(CStreamObj* pLeft, CStreamObj* pRight) {
     return IsUsable(pLeft) && IsUsable(pRight) && Internals::Next(pLeft) == pRight;
+}
+
+/// The same within one chain that was cut out.
+inline bool AreDetachedNeighbours(CStreamObj* pLeft, CStreamObj* pRight) {
+    return pLeft != nullptr && pRight != nullptr && !Internals::IsLinked(pLeft) &&
+           Internals::IsInChain(pLeft) && Internals::Next(pLeft) == pRight;
 }
 
 }  // namespace mlds

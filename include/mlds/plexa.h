@@ -241,8 +241,8 @@ public:
     bool SetDuration(CStream* pStream, CSyncMark* pLeft, CSyncMark* pRight, int newDuration);
     bool SetDuration(CSyncMark* pLeft, CSyncMark* pRight, int newDuration);
 
-    /// Puts a list of this container on top of the stack. Null, a list of another container and a
-    /// list beyond 1024 are refused. The live fences stay as they are.
+    /// Puts a list on top of the stack, or null for none; a list of another container counts as
+    /// null. An entry beyond 1024 is refused. The live fences stay as they are.
     void PushVarListStack(CVarList* pVarList);
     /// Takes the top list off; the fences of the new top become the live ones.
     void PopVarListStack();
@@ -320,8 +320,9 @@ private:
 
     CPlexa* m_pHome;  // whose streams these are: this container, or the one it is a copy of
     int m_nFenced;    // streams whose live fence is on
-    CSyncMark** m_ppWorkStack;  // for one search at a time
-    CVarList* m_pFirstVarList;  // every list of this container, stacked or not
+    CSyncMark** m_ppWorkStack;     // for one search at a time
+    CVarList* m_pFirstVarList;     // every list of this container, stacked or not
+    std::uint64_t m_nSearchSteps;  // that searches may still take
 };
 
 #endif

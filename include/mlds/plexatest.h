@@ -66,8 +66,8 @@ protected:
 /// Evaluates rule tests against the structure of one container.
 ///
 /// A test is a graph of 5-byte instructions. Whatever bytes it consists of, it does no harm: what
-/// makes no sense fails, and a test that nests too deep or runs for more than 2^26 instructions
-/// ends false.
+/// makes no sense fails, and a test that nests too deep or runs for more than 2^26 instructions,
+/// the steps of its searches across streams included, ends false.
 class MLDS_API CPlexaTest {
 public:
     explicit CPlexaTest(CPlexa* pPlexa);
@@ -137,7 +137,9 @@ private:
                                  ScanDirectionType direction, int* pDone);
     bool EvaluatePair(CStream* pStream, int index, CSyncMark** pp, ScanDirectionType direction,
                       int* pDone, std::int32_t* pLeft, std::int32_t* pRight);
+    CSyncMark* FindContext(CStream* pInto, CSyncMark* pMark, ScanDirectionType direction);
     CToken* TokenOf(int variable);
+    CSyncMark* MarkOf(int variable);
     CSyncMark* FindBoundary(CSyncMark* position, CSyncMark* pMark, ScanDirectionType direction);
     CToken* MatchToken(CToken* pModel, int selector, CSyncMark* position,
                        ScanDirectionType direction);

@@ -152,6 +152,7 @@ private:
 
     CStream(CPlexa* pPlexa, int index);
     void Release();
+    void Abandon();
     CStream* Owner();
     bool GrowText(std::size_t length, std::size_t needed);
 
@@ -177,6 +178,8 @@ private:
 
     bool m_bOwner;                       // what the pointers hold is this object's own
     mlds::OrderNumbering* m_pNumbering;  // owned like the rest
+    std::uint32_t m_nDestroyed;          // objects that were in a chain and are gone
+    std::uint32_t m_nAbsent;             // objects that were in a chain and live outside of any
 };
 
 // What hosts call for every object of a walk, open to the compiler.

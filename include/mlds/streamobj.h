@@ -47,8 +47,10 @@ public:
     /// The left link, under the same rule.
     virtual CStreamObj* GetPrevStreamObj() = 0;
 
-    /// The nearest token or sync mark to the right or left; null when the chain ends first, and for
-    /// an object that is in no stream.
+    /// The nearest token or sync mark to the right or left; null when the chain ends first. From an
+    /// object that was taken out of its stream the scan steps along its links of that moment, so
+    /// that a loop may remove an object and go on from it; null once anything of its stream has
+    /// been destroyed since.
     virtual CToken* GetNextToken() = 0;
     virtual CToken* GetPrevToken() = 0;
     virtual CSyncMark* GetNextSyncMark() = 0;
@@ -99,10 +101,10 @@ protected:
 public:
     /// Links this object between two neighbours and gives it an order index. Changes no counter
     /// and reports nothing. Does nothing if this object is already in a stream, or if the two are
-    /// null or not neighbours of each other in a stream.
+    /// null or not neighbours of each other in a stream or in a chain that was cut out of one.
     void LinkBetween(CStreamObj* pLeft, CStreamObj* pRight);
     /// Takes this object out of its chain. Its own links stay as they were. Changes no counter and
-    /// reports nothing. Does nothing on an object that is in no stream, and on sentinels.
+    /// reports nothing. Does nothing on an object that is in no chain, and on sentinels.
     void UnLink();
     /// True if both objects belong to the same stream and this one's order index is the lower.
     bool LeftOf(CStreamObj* p);
@@ -119,11 +121,12 @@ private:
     static constexpr std::uint8_t kInChain = 17;  // the bits of m_nState that say so
 
     CStreamObj* Nearest(ObjectType type, bool bRight) {
-        if ((m_nState & kInChain) == 0) return nullptr;
+        if ((m_nState & kInChain) == 0) return NearestWhileStale(type, bRight);
         CStreamObj* p = bRight ? m_pNext : m_pPrev;
         while (p != nullptr && p->m_type != type) p = bRight ? p->m_pNext : p->m_pPrev;
         return p;
     }
+    CStreamObj* NearestWhileStale(ObjectType type, bool bRight);
 
     CStream* m_pStream;
     CStreamObj* m_pNext;
@@ -142,7 +145,7 @@ private:
     std::uint8_t m_nState;        // see mlds::ObjectState
     std::uint8_t m_nStreamIndex;  // kept here, as the object may outlive its stream
     bool m_bHasHandle;            // a viewer knows this object
-    std::uint32_t m_nEpoch;       // the numbering that the order index belongs to
+    std::uint32_t m_nEpoch;       // of the order index while linked, else see src/stream/absence.h
 };
 
 #endif

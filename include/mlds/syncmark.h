@@ -50,7 +50,8 @@ public:
     /// member displaced is no longer reached from the group.
     bool SetToSynchronous(CSyncMark* pOther);
     /// With `bReplace`, first replaces pOther, a linked mark, by a fresh mark at the same place
-    /// (pOther is destroyed), and joins that one to this mark's group.
+    /// (pOther is destroyed), and joins that one to this mark's group. A sentinel is not replaced:
+    /// the fresh mark goes beside it.
     bool SetToSynchronous(CSyncMark* pOther, bool bReplace);
 
     /// True if this mark is in a group.

@@ -48,11 +48,10 @@ bool CPlexa::DeleteStreamItems(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRig
 }
 
 bool CPlexa::StripOutTokens(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRight, CToken* pToken) {
-    if (!mlds::BelongsTo(this, pFrom) || !mlds::BelongsTo(this, pRight) || pToken == nullptr) {
-        return false;
-    }
+    if (!mlds::BelongsTo(this, pFrom) || pToken == nullptr) return false;
     if (!mlds::IsUsable(pLeft) || Internals::StreamOf(pLeft) != pFrom) return false;
-    if (!mlds::IsUsable(pRight)) return false;
+    if (pRight == nullptr) return true;  // no token lies left of no mark
+    if (!mlds::BelongsTo(this, pRight) || !mlds::IsUsable(pRight)) return false;
     // Noted first: the pattern may be one of the tokens that go.
     const int pattern = pToken->GetFieldValueIndex("name");
     CSyncMark* pStart = nullptr;

@@ -24,11 +24,12 @@ bool CPlexa::InsertLiteralString(CStream* pInto, const char* text, CSyncMark* pL
                                  CSyncMark* pRight) {
     if (pLeft == nullptr && pRight == nullptr) return false;
     if (!mlds::BelongsTo(this, pInto) || text == nullptr) return false;
-    if (pInto->GetFieldIndex("name") < 0) return false;
     const mlds::TextCopy copy(text);
     if (copy.get() == nullptr) return false;
     Bounds bounds;
     if (!bounds.Carry(this, pInto, pLeft, pRight) || !OpenPlace(pInto, bounds)) return false;
+    // The stretch is cleared whatever comes then; a token needs a name.
+    if (*copy.get() != '\0' && pInto->GetFieldIndex("name") < 0) return false;
     for (const char* p = copy.get(); *p != '\0'; ++p) {
         const char name[2] = {*p, '\0'};
         CToken* pToken = pInto->CreateToken(name);

@@ -148,7 +148,7 @@ bool CPlexa::Mark(CStream* pInto, const char* markString, CSyncMark* pLeft, CSyn
 bool CPlexa::Mark(const char* markString, CSyncMark* pLeft, CSyncMark* pRight) {
     std::string_view name;
     if (markString == nullptr || !mlds::ReadMarkPrefix(markString, name)) return false;
-    CStream* pInto = name.empty() ? nullptr : pStream(PartText(name));
+    CStream* pInto = pStream(PartText(name));
     // A list for a stream that this container does not have concerns nobody.
     return pInto == nullptr || Mark(pInto, markString, pLeft, pRight);
 }

@@ -1,14 +1,14 @@
 // Small moves across streams: adjacency, brackets around tokens, runs of marks.
-#include "internals.h"
+#include "stream/absence.h"
 
 using mlds::Internals;
 
 bool CPlexa::Adjacent(CSyncMark* pFirst, CSyncMark* pSecond) {
     if (!mlds::BelongsTo(this, pFirst) || !mlds::BelongsTo(this, pSecond)) return false;
     CStreamObj* p = pFirst->GetCorrespondingSyncMark(Internals::StreamOf(pSecond));
-    while (mlds::IsUsable(p) && p->LeftOf(pSecond)) {
+    while (p != nullptr && p->LeftOf(pSecond)) {
         if (Internals::IsToken(p)) return false;
-        p = Internals::Next(p);
+        p = mlds::StepFrom(p, true);
     }
     return p == pSecond;
 }
@@ -36,9 +36,9 @@ bool CPlexa::BracketToken(CSyncMark* pSyncMark, ScanDirectionType direction, CSy
 CSyncMark* CPlexa::Move(CStream* pInto, CSyncMark* pSyncMark, ScanDirectionType direction) {
     if (!mlds::BelongsTo(this, pSyncMark) || !mlds::BelongsTo(this, pInto)) return nullptr;
     CSyncMark* p = pSyncMark->GetCorrespondingSyncMark(pInto);
-    if (!mlds::IsUsable(p)) return nullptr;
+    if (p == nullptr || !Internals::HasPlace(p)) return nullptr;
     for (;;) {
-        CStreamObj* pNext = Internals::Neighbour(p, direction == sdRight);
+        CStreamObj* pNext = mlds::StepFrom(p, direction == sdRight);
         if (pNext == nullptr || Internals::IsToken(pNext)) return p;
         p = static_cast<CSyncMark*>(pNext);
     }

@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "internals.h"
 #include "mlds/okulog.h"
@@ -41,14 +42,16 @@ CPlexa::CPlexa(CEngine* pEngine)
       m_pHome(this),
       m_nFenced(0),
       m_ppWorkStack(nullptr),
-      m_pFirstVarList(nullptr) {
+      m_pFirstVarList(nullptr),
+      m_nSearchSteps(UINT64_MAX) {
     LogDebug("CPlexa::CPlexa()", 24, "enter");
     m_pTest = new (std::nothrow) CPlexaTest(this);
     WorkStack();
     LogDebug("CPlexa::CPlexa()", 49, "returning");
 }
 
-CPlexa::CPlexa(const CPlexa& other) : m_pHome(nullptr), m_pFirstVarList(nullptr) {
+CPlexa::CPlexa(const CPlexa& other)
+    : m_pHome(nullptr), m_pFirstVarList(nullptr), m_nSearchSteps(UINT64_MAX) {
     *this = other;
 }
 
@@ -101,7 +104,9 @@ void CPlexa::Release() {
     m_pTest = nullptr;
     // Emptied before any goes: an object may lie in the chain of another stream than its own.
     for (int i = 0; i < m_nStreams; ++i) m_pStreams[i]->StreamReset();
-    for (int i = 0; i < m_nStreams; ++i) delete m_pStreams[i];
+    for (CStream*& pStream : m_pStreams) {
+        if (pStream != nullptr) Internals::Abandon(std::exchange(pStream, nullptr));
+    }
     delete[] m_ppWorkStack;
 }
 

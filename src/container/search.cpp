@@ -6,10 +6,12 @@
 // mark through its group to the marks that follow in the other streams, visiting the ranked streams
 // from the least to the best populated, so that the best populated is explored first. Marks reached
 // are stamped with the number of the search. The work stack belongs to the container; searches
-// never run inside each other.
+// never run inside each other. Where marks cannot be ordered, a search for the nearest one tries
+// every mark against every other: tests limit the steps.
 #include <new>
 
 #include "stream/ordernumbering.h"
+#include "stream/scan.h"
 
 using mlds::Internals;
 using mlds::OrderNumbering;
@@ -20,8 +22,8 @@ constexpr int kEntries = 20000;
 
 class MarkStack {
 public:
-    MarkStack(CSyncMark** ppEntries, unsigned int searchNumber)
-        : m_ppEntries(ppEntries), m_nSearch(searchNumber) {}
+    MarkStack(CSyncMark** ppEntries, unsigned int searchNumber, std::uint64_t& stepsLeft)
+        : m_ppEntries(ppEntries), m_nSearch(searchNumber), m_nStepsLeft(stepsLeft) {}
 
     /// Starts the search at a mark. False without memory for the stack.
     bool Start(CSyncMark* p) {
@@ -38,28 +40,28 @@ public:
         return true;
     }
     void Stamp(CSyncMark* p) { p->TouchSearchNumber(m_nSearch); }
-    CSyncMark* Pop() { return m_nUsed > 0 ? m_ppEntries[--m_nUsed] : nullptr; }
+    /// The mark to look at next; null when there are no more, or no more steps to take.
+    CSyncMark* Pop() {
+        if (m_nUsed == 0 || m_nStepsLeft == 0) return nullptr;
+        --m_nStepsLeft;
+        return m_ppEntries[--m_nUsed];
+    }
 
 private:
     CSyncMark** m_ppEntries;
     unsigned int m_nSearch;
+    std::uint64_t& m_nStepsLeft;
     int m_nUsed = 0;
 };
 
-// The next mark of the same stream. Marks that are in no stream lead nowhere.
+// The next mark of the same chain.
 CSyncMark* NextMark(CSyncMark* p, ScanDirectionType direction) {
-    if (!Internals::IsLinked(p)) return nullptr;
-    const bool bRight = direction == sdRight;
-    CStreamObj* pObj = Internals::Neighbour(p, bRight);
-    while (pObj != nullptr && !Internals::IsSyncMark(pObj)) {
-        pObj = Internals::Neighbour(pObj, bRight);
-    }
-    return static_cast<CSyncMark*>(pObj);
+    return static_cast<CSyncMark*>(mlds::NearestOf(p, direction, otSyncMark, false));
 }
 
-// Only places in a stream are before or after each other.
+// A mark that has never been in a chain is neither before nor after another.
 bool IsBefore(CSyncMark* p, CSyncMark* pTo, ScanDirectionType direction) {
-    if (!Internals::IsLinked(p) || !Internals::IsLinked(pTo)) return false;
+    if (!Internals::HasPlace(p) || !Internals::HasPlace(pTo)) return false;
     const std::uint32_t at = OrderNumbering::IndexOf(p);
     const std::uint32_t to = OrderNumbering::IndexOf(pTo);
     return direction == sdRight ? at < to : at > to;
@@ -79,7 +81,7 @@ bool CPlexa::CSMSearch(CSyncMark* pFrom, CSyncMark* pTo, ScanDirectionType direc
     if (pFrom == pTo) return true;
     const int target = Internals::SlotOf(pTo);
     CStream* pTargetStream = Internals::StreamOf(pTo);
-    MarkStack stack(WorkStack(), incr_SearchNumber());
+    MarkStack stack(WorkStack(), incr_SearchNumber(), m_nSearchSteps);
     if (!stack.Start(pFrom)) return false;
     while (CSyncMark* p = stack.Pop()) {
         if (CSyncMark* pThere = Internals::CounterpartOrSelf(p, pTargetStream)) {
@@ -106,7 +108,7 @@ bool CPlexa::CSMSearch(CSyncMark* pFrom, CSyncMark* pTo, ScanDirectionType direc
 
 CSyncMark* CPlexa::SubContext(CStream* pInto, CSyncMark* pSyncMark, ScanDirectionType direction) {
     if (!mlds::BelongsTo(this, pInto) || !mlds::BelongsTo(this, pSyncMark)) return nullptr;
-    MarkStack stack(WorkStack(), incr_SearchNumber());
+    MarkStack stack(WorkStack(), incr_SearchNumber(), m_nSearchSteps);
     if (!stack.Start(pSyncMark)) return nullptr;
     while (CSyncMark* p = stack.Pop()) {
         if (CSyncMark* pThere = Internals::CounterpartOrSelf(p, pInto)) return pThere;
@@ -138,6 +140,7 @@ CSyncMark* CPlexa::Context(CStream* pInto, CSyncMark* pSyncMark, ScanDirectionTy
         } else if (CSMSearch(p, pSyncMark, direction)) {
             break;
         }
+        if (m_nSearchSteps == 0) return nullptr;
     }
     return pNearest;
 }

@@ -8,8 +8,10 @@
 using mlds::Internals;
 
 void CPlexa::PushVarListStack(CVarList* pVarList) {
-    if (pVarList == nullptr || Internals::PlexaOf(pVarList) != this) return;
     if (m_nVarLists == kMaxVarLists) return;
+    // Push and Pop come in pairs, whatever is pushed. A list of another container would not take
+    // itself off this stack when it goes: its entry stands for no list.
+    if (pVarList != nullptr && Internals::PlexaOf(pVarList) != this) pVarList = nullptr;
     m_pVarLists[m_nVarLists++] = pVarList;
 }
 

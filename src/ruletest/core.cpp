@@ -185,6 +185,20 @@ CSyncMark* CPlexaTest::Cross(CSyncMark* position, ScanDirectionType direction, C
     return pFound != nullptr ? Internals::CounterpartOrSelf(pFound, pTarget) : nullptr;
 }
 
+// The container's search, whose steps count like instructions: over marks that nothing orders it
+// would go on for hours. Null when they are used up, and then the test has ended.
+CSyncMark* CPlexaTest::FindContext(CStream* pInto, CSyncMark* pMark, ScanDirectionType direction) {
+    if (m_bEnded) return nullptr;
+    std::uint64_t& stepsLeft = Internals::SearchSteps(m_pPlexa);
+    const std::uint64_t before = mlds::kMostInstructions - m_nExecuted;
+    stepsLeft = before;
+    CSyncMark* pFound = m_pPlexa->Context(pInto, pMark, direction);
+    m_nExecuted += static_cast<std::uint32_t>(before - stepsLeft);
+    if (stepsLeft == 0) End();
+    stepsLeft = UINT64_MAX;
+    return m_bEnded ? nullptr : pFound;
+}
+
 // Runs its body, and notes where it ended as the place that fences do not hold.
 PTestFuncReturnType CPlexaTest::DoAnchorOp(CStream* pStream, int index, CSyncMark** pp,
                                            ScanDirectionType direction, int* pDone) {

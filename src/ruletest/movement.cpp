@@ -25,7 +25,7 @@ PTestFuncReturnType CPlexaTest::StepToContext(CStream* pStream, int index, CSync
     const int target = Evaluate(pStream, Byte(index, 2), &w, direction, pDone).value;
     w = *pp;
     Evaluate(pStream, Byte(index, 3), &w, direction, pDone);
-    CSyncMark* pReached = m_pPlexa->Context(m_pPlexa->pStream(target), MarkAt(w), step);
+    CSyncMark* pReached = FindContext(m_pPlexa->pStream(target), MarkAt(w), step);
     if (pReached == nullptr) return Truth(false);
     *pp = pReached;
     return Truth(true);

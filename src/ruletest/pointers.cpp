@@ -20,14 +20,22 @@ constexpr int kWholeToken = 255;
 
 }  // namespace
 
-// The binding of this test, or else the one from before it.
+// What a variable holds may be gone: a rule deleted the mark, or the host never set its variable.
+// It is therefore handed on as an address, told by the variable's type, and looked into only where
+// it is compared with something.
+
+// The token that a token variable holds: the binding of this test, or else the one from before it.
 CToken* CPlexaTest::TokenOf(int variable) {
+    if (!Internals::HasVarOfKind(m_pVarList, variable, true)) return nullptr;
     CStreamObj* p = m_pVarList->GetDupVarPtr(variable);
-    if (p == nullptr) {
-        CStreamObj** pp = m_pVarList->GetVarPtr(variable);
-        if (pp != nullptr) p = mlds::ReadHostVariable(pp);
-    }
-    return AsToken(p);
+    if (p == nullptr) p = mlds::ReadHostVariable(m_pVarList->GetVarPtr(variable));
+    return reinterpret_cast<CToken*>(p);
+}
+
+// The mark that a mark variable holds in this test.
+CSyncMark* CPlexaTest::MarkOf(int variable) {
+    if (!Internals::HasVarOfKind(m_pVarList, variable, false)) return nullptr;
+    return mlds::PositionAt(m_pVarList->GetDupVarPtr(variable));
 }
 
 // The mark of the run at the position that stands where pMark does. Without a position yet, pMark
@@ -45,7 +53,7 @@ CToken* CPlexaTest::MatchToken(CToken* pModel, int selector, CSyncMark* position
     CStreamObj* pHere = ObjectAt(position);
     if (pHere == nullptr || pModel == nullptr) return nullptr;
     CToken* pToken = AsToken(NearestOf(pHere, direction, otToken, true));
-    if (pToken == nullptr) return nullptr;
+    if (pToken == nullptr || !Internals::IsToken(pModel)) return nullptr;
     const bool bMatches = selector == kWholeToken ? pModel->TokenCompare(pToken)
                                                   : pModel->GetFieldValueIndex(selector) ==
                                                         pToken->GetFieldValueIndex(selector);
@@ -54,7 +62,7 @@ CToken* CPlexaTest::MatchToken(CToken* pModel, int selector, CSyncMark* position
 
 PTestFuncReturnType CPlexaTest::DoPtrOp(CStream*, int index, CSyncMark** pp,
                                         ScanDirectionType direction, int*) {
-    CSyncMark* pMark = AsMark(m_pVarList->GetDupVarPtr(ConstantAt(index)));
+    CSyncMark* pMark = MarkOf(ConstantAt(index));
     if (pMark == nullptr) return Truth(false);
     CSyncMark* pFound = FindBoundary(*pp, pMark, direction);
     if (pFound == nullptr) return Truth(false);
@@ -72,7 +80,7 @@ PTestFuncReturnType CPlexaTest::DoParentPtrOp(CStream* pStream, int index, CSync
         if (pToken == nullptr) return Truth(false);
         w = AsMark(NearestOf(pToken, direction, otSyncMark, true));
     } else {
-        CSyncMark* pMark = AsMark(m_pVarList->GetDupVarPtr(variable));
+        CSyncMark* pMark = MarkOf(variable);
         if (pMark == nullptr) return Truth(false);
         w = FindBoundary(*pp, pMark, direction);
     }
@@ -103,7 +111,7 @@ PTestFuncReturnType CPlexaTest::DoAssignPtrOp(CStream* pStream, int index, CSync
     if (!Internals::HasVarOfKind(m_pVarList, variable, false) || (*pp != nullptr && !pHere)) {
         return Truth(false);
     }
-    CSyncMark* pOld = AsMark(m_pVarList->GetDupVarPtr(variable));
+    CSyncMark* pOld = MarkOf(variable);
     m_pVarList->SetSyncMarkPtr(variable, pHere);
     const PTestFuncReturnType result = Continue(pStream, Byte(index, 4), *pp, pp, direction, pDone);
     if (!IsTrue(result)) m_pVarList->SetSyncMarkPtr(variable, pOld);

@@ -26,7 +26,7 @@ bool CPlexaTest::FindLimit(CStream* pStream, int link, ScanDirectionType directi
     }
     CSyncMark* pLimit = AsMark(m_pVarList->GetDupVarPtr(variable));
     if (pLimit != nullptr && Internals::StreamOf(pLimit) != pStream) {
-        pLimit = m_pPlexa->Context(pStream, pLimit, mlds::Opposite(direction));
+        pLimit = FindContext(pStream, pLimit, mlds::Opposite(direction));
     }
     *ppLimit = pLimit;
     return true;
@@ -45,7 +45,6 @@ bool IsBehind(CStreamObj* pLimit, CSyncMark* position, ScanDirectionType directi
 // continuation, which leads back here.
 PTestFuncReturnType CPlexaTest::DoStarOp(CStream* pStream, int index, CSyncMark** pp,
                                          ScanDirectionType direction, int* pDone) {
-    if (Byte(index, 2) == 0) return Truth(false);
     CStreamObj* pLimit = nullptr;
     if (!FindLimit(pStream, Byte(index, 3), direction, &pLimit) || pLimit == nullptr) {
         return Truth(false);
@@ -67,11 +66,11 @@ PTestFuncReturnType CPlexaTest::DoStarOp(CStream* pStream, int index, CSyncMark*
 // Greedy, by recursion; the deepest level decides.
 PTestFuncReturnType CPlexaTest::DoStarsOp(CStream* pStream, int index, CSyncMark** pp,
                                           ScanDirectionType direction, int* pDone) {
-    if (Byte(index, 2) == 0) return Truth(false);
     CStreamObj* pLimit = nullptr;
     if (!FindLimit(pStream, Byte(index, 3), direction, &pLimit)) return Truth(false);
     if (pLimit == nullptr) return Truth(true);
     if (IsBehind(pLimit, *pp, direction)) return Truth(false);
+    if (Byte(index, 2) == 0) return Truth(false);  // no repetition of nothing, not even none
     CSyncMark* w = *pp;
     PTestFuncReturnType result = Evaluate(pStream, Byte(index, 2), &w, direction, pDone);
     if (*pDone != 1) {
@@ -147,7 +146,6 @@ PTestFuncReturnType CPlexaTest::DoStarsNoBkupOp(CStream* pStream, int index, CSy
 // Lazy: first without the operand.
 PTestFuncReturnType CPlexaTest::DoQmarkOp(CStream* pStream, int index, CSyncMark** pp,
                                           ScanDirectionType direction, int* pDone) {
-    if (Byte(index, 2) == 0) return Truth(false);
     const int next = Byte(index, 4);
     const PTestFuncReturnType without = Continue(pStream, next, *pp, pp, direction, pDone);
     if (IsTrue(without)) return without;

@@ -26,7 +26,9 @@ CStream::CStream(CPlexa* pPlexa, int index)
       m_bQuiet(false),
       m_bFence(false),
       m_bOwner(true),
-      m_pNumbering(nullptr) {
+      m_pNumbering(nullptr),
+      m_nDestroyed(0),
+      m_nAbsent(0) {
     m_pFirst = new CSyncMark(this);
     m_pLast = new CSyncMark(this);
     if (m_pFirst != nullptr && m_pLast != nullptr) {
@@ -43,7 +45,7 @@ CStream* Internals::NewStream(CPlexa* pPlexa, int index) {
     return pStream;
 }
 
-CStream::CStream(const CStream& other) : m_bOwner(false) {
+CStream::CStream(const CStream& other) : m_bOwner(false), m_nDestroyed(0), m_nAbsent(0) {
     *this = other;
 }
 
@@ -86,6 +88,19 @@ void CStream::Release() {
     for (int i = 0; i < m_nFields; ++i) delete m_pFields[i];
     delete[] m_pText;
     delete m_pNumbering;
+}
+
+// The end of a stream whose container goes. Objects that the host holds still know it.
+void CStream::Abandon() {
+    Release();
+    m_bOwner = false;
+    m_pPlexa = nullptr;
+    m_pFirst = nullptr;
+    m_pLast = nullptr;
+    m_pText = nullptr;
+    m_nFields = 0;
+    m_pNumbering = nullptr;
+    if (m_nAbsent == 0) delete this;
 }
 
 void CStream::StreamReset() {

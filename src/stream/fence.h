@@ -26,7 +26,7 @@ bool IsHeldByFenceInContainer(CPlexa* pPlexa, CSyncMark* pMark);
 inline bool IsHeldByFence(CStreamObj* p) {
     if (!Internals::IsSyncMark(p) || Internals::StreamOf(p) == nullptr) return false;
     CPlexa* pPlexa = Internals::PlexaOf(Internals::StreamOf(p));
-    return Internals::AnyFence(pPlexa) &&
+    return pPlexa != nullptr && Internals::AnyFence(pPlexa) &&
            IsHeldByFenceInContainer(pPlexa, static_cast<CSyncMark*>(p));
 }
 

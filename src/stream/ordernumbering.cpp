@@ -3,6 +3,8 @@
 
 #include <initializer_list>
 
+#include "stream/absence.h"
+
 namespace mlds {
 
 namespace {
@@ -31,8 +33,8 @@ OrderNumbering::OrderNumbering(CSyncMark* pFirst, CSyncMark* pLast)
     : m_pFirst(pFirst), m_pLast(pLast) {
     Internals::Index(pFirst) = 0;
     Internals::Index(pLast) = kLastIndex;
-    Internals::State(pFirst) = osLinked | osSentinel;
-    Internals::State(pLast) = osLinked | osSentinel;
+    Internals::SetPlace(pFirst, osLinked | osSentinel);
+    Internals::SetPlace(pLast, osLinked | osSentinel);
     Internals::Next(pFirst) = pLast;
     Internals::Prev(pLast) = pFirst;
 }
@@ -50,6 +52,7 @@ OrderNumbering* OrderNumbering::CommonNumbering(CStreamObj* p, CStreamObj* pLeft
 void OrderNumbering::Link(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight,
                           const CStream* pVia) {
     LeaveDetached(p);
+    NoteReturn(p);
     if (OrderNumbering* pNumbering = CommonNumbering(p, pLeft, pRight, pVia)) {
         pNumbering->LinkHere(p, pLeft, pRight);
     } else {
@@ -62,7 +65,7 @@ void OrderNumbering::LinkHere(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRig
     const std::uint32_t right = IndexOf(pRight);
     SetLinks(p, pLeft, pRight);
     ++m_nLinked;
-    Internals::State(p) = osLinked | osNumbered | osNewer;
+    Internals::SetPlace(p, osLinked | osNumbered | osNewer);
     Internals::Epoch(p) = m_nEpoch;
     const std::uint32_t middle = Midpoint(left, right);
     if (middle == left || middle == right) {
@@ -105,7 +108,7 @@ void OrderNumbering::NoteNumbering(CStreamObj* p) {
 void OrderNumbering::Give(CStreamObj* p, std::uint32_t rank) {
     Internals::Index(p) = rank * m_nStep;
     Internals::Epoch(p) = m_nEpoch;
-    Internals::State(p) = osLinked | osNumbered;
+    Internals::SetPlace(p, osLinked | osNumbered);
 }
 
 // Finds the index of a numbered object from that of a computed one a few steps away, or from an
@@ -169,25 +172,25 @@ void OrderNumbering::RenumberNow() {
 }
 
 void OrderNumbering::Unlink(CStreamObj* p) {
-    std::uint8_t& state = Internals::State(p);
-    if ((state & osNumbered) != 0) NumberingOf(p)->Leave(p);
-    state = 0;
+    if ((Internals::State(p) & osNumbered) != 0) NumberingOf(p)->Leave(p);
     CStreamObj* pNext = Internals::Next(p);
     CStreamObj* pPrev = Internals::Prev(p);
     if (pPrev != nullptr) Internals::Next(pPrev) = pNext;
     if (pNext != nullptr) Internals::Prev(pNext) = pPrev;
+    NoteRemoval(p);
 }
 
-void OrderNumbering::Detach(CStreamObj* pFirst, CStreamObj* pLast) {
+void OrderNumbering::Detach(CStreamObj* pFirst, CStreamObj* pLast, const CStream* pOrigin) {
     CStreamObj* pLeft = Internals::Prev(pFirst);
     CStreamObj* pRight = Internals::Next(pLast);
+    const auto origin = static_cast<std::uint32_t>(Internals::IndexOf(pOrigin));
     OrderNumbering* pNumbering =
         (Internals::State(pFirst) & osNumbered) != 0 ? NumberingOf(pFirst) : nullptr;
     // Once for all, before the first leaves: a walk must not meet objects that have left.
     if (pNumbering != nullptr) pNumbering->SettleNow();
     for (CStreamObj* p = pFirst; p != pRight; p = Internals::Next(p)) {
         if (pNumbering != nullptr) pNumbering->Leave(p);
-        Internals::State(p) = osDetached;
+        NoteCut(p, origin);
     }
     Internals::Prev(pFirst) = nullptr;
     Internals::Next(pLast) = nullptr;
@@ -197,12 +200,27 @@ void OrderNumbering::Detach(CStreamObj* pFirst, CStreamObj* pLast) {
 
 void OrderNumbering::TakeOutOfDetached(CStreamObj* p) {
     JoinDetached(Internals::Prev(p), Internals::Next(p));
-    Internals::State(p) = 0;
+    NoteRemoval(p);
 }
 
 void OrderNumbering::JoinDetached(CStreamObj* pLeft, CStreamObj* pRight) {
     if (pLeft != nullptr) Internals::Next(pLeft) = pRight;
     if (pRight != nullptr) Internals::Prev(pRight) = pLeft;
+}
+
+void OrderNumbering::LinkDetached(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight) {
+    LeaveDetached(p);
+    SetLinks(p, pLeft, pRight);
+    CStream* pStream = Internals::StreamOf(p);
+    const std::uint32_t left = Internals::Index(pLeft);
+    const std::uint32_t right = Internals::Index(pRight);
+    const std::uint32_t origin = Internals::Epoch(pLeft);
+    NoteCut(p, origin);
+    Internals::Index(p) = Midpoint(left, right);
+    // An exhausted gap numbers the stream anew as ever, though it does not reach what was cut out.
+    if (Internals::Index(p) == left || Internals::Index(p) == right) {
+        Internals::Numbering(pStream)->RenumberNow();
+    }
 }
 
 void OrderNumbering::Attach(CStreamObj* pFirst, CStreamObj* pLast, CStreamObj* pLeft,
@@ -213,7 +231,8 @@ void OrderNumbering::Attach(CStreamObj* pFirst, CStreamObj* pLast, CStreamObj* p
     Internals::Next(pLast) = pRight;
     std::uint32_t n = 0;
     for (CStreamObj* p = pFirst; p != pRight; p = Internals::Next(p), ++n) {
-        Internals::State(p) = osLinked;
+        NoteReturn(p);
+        Internals::SetPlace(p, osLinked);
     }
     if (!IsInOwnChain(pLeft) || NumberingOf(pLeft)->m_bAtOnce) {
         while (Internals::Prev(pLeft) != nullptr) pLeft = Internals::Prev(pLeft);
@@ -239,7 +258,7 @@ void OrderNumbering::Leave(CStreamObj* p) {
 void OrderNumbering::NumberAtOnceFromNowOn() {
     SettleNow();
     for (CStreamObj* p = Internals::Next(m_pFirst); p != m_pLast; p = Internals::Next(p)) {
-        Internals::State(p) = osLinked;
+        Internals::SetPlace(p, osLinked);
     }
     m_pAnchor = nullptr;
     m_bAtOnce = true;
@@ -254,7 +273,7 @@ void OrderNumbering::LinkAcrossStreams(CStreamObj* p, CStreamObj* pLeft, CStream
     const std::uint32_t left = IndexOf(pLeft);
     const std::uint32_t right = IndexOf(pRight);
     SetLinks(p, pLeft, pRight);
-    Internals::State(p) = osLinked;
+    Internals::SetPlace(p, osLinked);
     Internals::Index(p) = Midpoint(left, right);
     if (Internals::Index(p) != left && Internals::Index(p) != right) return;
     CStreamObj* pStart = p;

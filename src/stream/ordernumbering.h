@@ -46,15 +46,17 @@ public:
     /// Takes a linked object out of its chain; its own links and its index stay readable.
     static void Unlink(CStreamObj* p);
 
-    /// Cuts the run of linked objects pFirst to pLast out of its chain. It is a chain of its own
-    /// then, its objects keep their indices.
-    static void Detach(CStreamObj* pFirst, CStreamObj* pLast);
+    /// Cuts the run of linked objects pFirst to pLast out of its chain, on behalf of the stream
+    /// `pOrigin`. It is a chain of its own then, its objects keep their indices.
+    static void Detach(CStreamObj* pFirst, CStreamObj* pLast, const CStream* pOrigin);
     /// Links two objects of detached chains to each other; null ends a chain.
     static void JoinDetached(CStreamObj* pLeft, CStreamObj* pRight);
     /// Takes an object out of the detached chain that it lies in, if it lies in one.
     static void LeaveDetached(CStreamObj* p) {
         if ((Internals::State(p) & osDetached) != 0) TakeOutOfDetached(p);
     }
+    /// Links an object between two neighbours of a detached chain.
+    static void LinkDetached(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight);
     /// Links a detached chain between two neighbours, and numbers the whole stream.
     static void Attach(CStreamObj* pFirst, CStreamObj* pLast, CStreamObj* pLeft,
                        CStreamObj* pRight);

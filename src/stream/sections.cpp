@@ -1,5 +1,6 @@
 // Streams: sections that lose their ties, are cut out, put back and compared.
 #include "mlds/stream.h"
+#include "stream/absence.h"
 #include "stream/fieldslots.h"
 #include "stream/ordernumbering.h"
 
@@ -8,12 +9,19 @@ using mlds::OrderNumbering;
 
 namespace {
 
-// The counterpart of a bound in the stream; null if there is none and for marks of elsewhere.
+// The counterpart of a bound in the stream; null if there is none, for marks of elsewhere and for
+// one that lies in no chain.
 CSyncMark* BoundIn(CStream* pStream, CSyncMark* pBound) {
     if (!mlds::BelongsTo(Internals::PlexaOf(pStream), pBound) || !Internals::IsSyncMark(pBound)) {
         return nullptr;
     }
     CSyncMark* pMark = Internals::CounterpartOrSelf(pBound, pStream);
+    return pMark != nullptr && Internals::IsInChain(pMark) ? pMark : nullptr;
+}
+
+// The same for a place where a stream is changed: chains that were cut out stay as they are.
+CSyncMark* LinkedBoundIn(CStream* pStream, CSyncMark* pBound) {
+    CSyncMark* pMark = BoundIn(pStream, pBound);
     return mlds::IsUsable(pMark) ? pMark : nullptr;
 }
 
@@ -37,27 +45,40 @@ struct Section {
     }
 };
 
-// What a detached chain counts for: its last object as a sync mark and not as a token, whatever it
-// is. Cutting out and putting back agree on that.
+// What a detached chain counts for, as the stream counts what lies between two bounds: the last
+// object as a sync mark and not as a token, whatever it is; no tokens between bounds of different
+// streams; and -1 of both where a bound is a token of another stream. Cutting out and putting back
+// agree on that, and nothing else would leave the counters as they were.
 struct ChainCount {
-    int nSyncMarks = 1;
-    int nTokens = 0;
+    int nSyncMarks = -1;
+    int nTokens = -1;
 
-    ChainCount(CStreamObj* pFirst, CStreamObj* pLast) {
+    ChainCount(const CStream* pStream, CStreamObj* pFirst, CStreamObj* pLast) {
+        if (IsForeignToken(pStream, pFirst) || IsForeignToken(pStream, pLast)) return;
+        nSyncMarks = 1;
+        nTokens = 0;
         for (CStreamObj* p = pFirst; p != pLast; p = Internals::Next(p)) {
             ++(Internals::IsToken(p) ? nTokens : nSyncMarks);
         }
+        if (!pFirst->LeftOf(pLast)) nTokens = 0;
+    }
+
+private:
+    static bool IsForeignToken(const CStream* pStream, CStreamObj* p) {
+        return Internals::IsToken(p) && Internals::StreamOf(p) != pStream;
     }
 };
 
-// True for objects of the stream that a caller holds and that hang together: a single one, or a run
-// of a chain that was cut out.
+// True for objects that a caller holds and that hang together: a single one of the stream, or a run
+// of a chain that was cut out of it. Tokens of other streams may lie in such a chain.
 bool IsDetachedChain(const CStream* pStream, CStreamObj* pFirst, CStreamObj* pLast) {
-    for (CStreamObj* p = pFirst; p != nullptr; p = Internals::Next(p)) {
-        const bool bDetached = (Internals::State(p) & mlds::osDetached) != 0;
-        if (Internals::IsLinked(p) || Internals::StreamOf(p) != pStream) return false;
-        if (p == pLast) return bDetached || pFirst == pLast;
-        if (!bDetached) return false;  // its links are not to be trusted
+    if (pFirst == pLast && pFirst != nullptr && !Internals::IsInChain(pFirst)) {
+        return Internals::StreamOf(pFirst) == pStream;
+    }
+    // Links are only followed from objects that lie in such a chain.
+    for (CStreamObj* p = pFirst; p != nullptr && mlds::WasCutFrom(p, pStream);
+         p = Internals::Next(p)) {
+        if (p == pLast) return true;
     }
     return false;
 }
@@ -102,12 +123,13 @@ bool CStream::ExciseSection(CSyncMark* pFrom, CSyncMark* pTo, CStreamObj** ppFir
                             CStreamObj** ppLast, BufferSyncMarkInsertionType type) {
     const Section section(this, pFrom, pTo);
     if (ppFirst == nullptr || ppLast == nullptr || !section.Exists(this)) return false;
+    if (!mlds::IsUsable(section.pFrom)) return false;
     if (Internals::Next(section.pFrom) == section.pTo) return false;
     DeSyncSection(section.pFrom, section.pTo);
     *ppFirst = Internals::Next(section.pFrom);
     *ppLast = Internals::Prev(section.pTo);
-    OrderNumbering::Detach(*ppFirst, *ppLast);
-    const ChainCount count(*ppFirst, *ppLast);
+    OrderNumbering::Detach(*ppFirst, *ppLast, Owner());
+    const ChainCount count(Owner(), *ppFirst, *ppLast);
     m_nSyncMarks -= count.nSyncMarks;
     m_nTokens -= count.nTokens;
     if (type == bsmDeleteLeft) RemoveStreamObj(section.pFrom, true);
@@ -119,8 +141,8 @@ bool CStream::InsertSection(CStreamObj* pFirst, CStreamObj* pLast, CSyncMark** p
                             CSyncMark** ppRight) {
     if (pLast == nullptr || !IsDetachedChain(Owner(), pFirst, pLast)) return false;
     if (ppLeft == nullptr && ppRight == nullptr) return false;
-    if (ppLeft != nullptr) *ppLeft = BoundIn(this, *ppLeft);
-    if (ppRight != nullptr) *ppRight = BoundIn(this, *ppRight);
+    if (ppLeft != nullptr) *ppLeft = LinkedBoundIn(this, *ppLeft);
+    if (ppRight != nullptr) *ppRight = LinkedBoundIn(this, *ppRight);
     CStreamObj* pLeft = ppLeft != nullptr ? *ppLeft : nullptr;
     CStreamObj* pRight = ppRight != nullptr ? *ppRight : nullptr;
     if (ppLeft == nullptr && pRight != nullptr) {
@@ -139,7 +161,7 @@ bool CStream::InsertSection(CStreamObj* pFirst, CStreamObj* pLast, CSyncMark** p
     if (!IsMark(pLeft) && !IsMark(pFirst)) return false;
     if (!IsMark(pRight) && !IsMark(pLast)) return false;
     Isolate(pFirst, pLast);
-    const ChainCount count(pFirst, pLast);
+    const ChainCount count(Owner(), pFirst, pLast);
     OrderNumbering::Attach(pFirst, pLast, pLeft, pRight);
     m_nSyncMarks += count.nSyncMarks;
     m_nTokens += count.nTokens;

@@ -1,6 +1,7 @@
 // Stream objects: links, scans and the comparison of positions.
 #include "mlds/stream.h"
 
+#include "stream/absence.h"
 #include "stream/memory.h"
 #include "stream/ordernumbering.h"
 #include "stream/scan.h"
@@ -42,6 +43,7 @@ CStreamObj& CStreamObj::operator=(const CStreamObj& other) {
     m_cDisplay = other.m_cDisplay;
     if (Internals::IsLinked(this)) return *this;  // its place is its own
     OrderNumbering::LeaveDetached(this);
+    mlds::NoteEnd(this);
     if (m_bHasHandle && m_pStream != other.m_pStream) mlds::ForgetHandle(this);
     m_pStream = other.m_pStream;
     m_pNext = other.m_pNext;
@@ -58,6 +60,7 @@ CStreamObj::~CStreamObj() {
     if (Internals::IsLinked(this)) OrderNumbering::Unlink(this);
     OrderNumbering::LeaveDetached(this);
     if (m_bHasHandle) mlds::ForgetHandle(this);
+    mlds::NoteEnd(this);
     m_pStream = nullptr;
     m_pNext = nullptr;
     m_pPrev = nullptr;
@@ -85,6 +88,10 @@ CStreamObj* CStreamObj::GetAdjacentStreamObj(ScanDirectionType direction, Object
     return mlds::NearestOf(this, direction, type, bFenceCheck);
 }
 
+CStreamObj* CStreamObj::NearestWhileStale(ObjectType type, bool bRight) {
+    return mlds::NearestOf(this, bRight ? sdRight : sdLeft, type, false);
+}
+
 unsigned int CStreamObj::GetOrderIndex() {
     return OrderNumbering::IndexOf(this);
 }
@@ -93,12 +100,16 @@ void CStreamObj::LinkBetween(CStreamObj* pLeft, CStreamObj* pRight) {
     if (m_pStream == nullptr || pLeft == nullptr) return;
     CPlexa* pPlexa = Internals::PlexaOf(m_pStream);
     if (!mlds::IsInsertable(pPlexa, this) || !mlds::BelongsTo(pPlexa, pLeft)) return;
-    if (!mlds::AreNeighbours(pLeft, pRight)) return;
-    OrderNumbering::Link(this, pLeft, pRight, m_pStream);
+    if (mlds::AreNeighbours(pLeft, pRight)) {
+        OrderNumbering::Link(this, pLeft, pRight, m_pStream);
+    } else if (mlds::AreDetachedNeighbours(pLeft, pRight) && this != pLeft && this != pRight) {
+        OrderNumbering::LinkDetached(this, pLeft, pRight);
+    }
 }
 
 void CStreamObj::UnLink() {
     if (Internals::IsLinked(this) && !Internals::IsSentinel(this)) OrderNumbering::Unlink(this);
+    OrderNumbering::LeaveDetached(this);
 }
 
 bool CStreamObj::LeftOf(CStreamObj* p) {

@@ -33,7 +33,7 @@ char* CStream::GetStr(CSyncMark* from, CSyncMark* to, bool bWithSyncMarks) {
     CSyncMark* pFrom = from != nullptr ? from : m_pFirst;
     CSyncMark* pTo = to != nullptr ? to : m_pLast;
     if (!ProjectBound(pFrom, this) || !ProjectBound(pTo, this)) return m_pText;
-    if (!Internals::IsLinked(pFrom)) return m_pText;
+    if (!Internals::IsInChain(pFrom)) return m_pText;
     std::size_t length = 0;
     for (CStreamObj* p = pFrom; p != nullptr; p = Internals::Next(p)) {
         const char* item = "";

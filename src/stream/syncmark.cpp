@@ -131,7 +131,7 @@ void CSyncMark::LeaveEndedGroup() {
 
 bool CSyncMark::SetToSynchronous(CSyncMark* pOther, bool bReplace) {
     if (!bReplace || pOther == this) return SetToSynchronous(pOther);
-    if (!mlds::IsUsable(pOther) || Internals::IsSentinel(pOther)) return false;
+    if (!mlds::IsUsable(pOther)) return false;
     CStream* pStream = Internals::StreamOf(this);
     CStream* pOtherStream = Internals::StreamOf(pOther);
     if (pStream == nullptr || pStream == pOtherStream) return false;
@@ -146,6 +146,7 @@ bool CSyncMark::SetToSynchronous(CSyncMark* pOther, bool bReplace) {
     }
     CStreamObj* pLeft = Internals::Prev(pOther);
     CStreamObj* pRight = Internals::Next(pOther);
+    // A sentinel stays; the fresh mark then stands beside it.
     pOtherStream->RemoveStreamObj(pOther, true);
     pOtherStream->InsertStreamObj(pFresh, pLeft, pRight);
     const bool bTied = TieTo(pFresh, pSpare);
@@ -186,8 +187,10 @@ CSyncMark* CSyncMark::UptoTokens(ScanDirectionType direction, int n) {
         p = pToken->GetAdjacentStreamObj(direction, otSyncMark);
         if (p == nullptr) return nullptr;
     }
-    // Between a mark and the nearest token there are only marks.
-    return static_cast<CSyncMark*>(pBefore);
+    // Between a mark and the nearest token there are only marks, but links of an object that was
+    // taken out may lead to a token that has got a token in front of it since.
+    return pBefore != nullptr && Internals::IsSyncMark(pBefore) ? static_cast<CSyncMark*>(pBefore)
+                                                                : nullptr;
 }
 
 CSyncMark* CSyncMark::OverTokens(ScanDirectionType direction, int n) {

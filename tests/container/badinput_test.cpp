@@ -45,33 +45,24 @@ TEST(BadInput, Marks) {
     const Rows optional = {
         "String ? p.4 z", "String p.0 ? z", "String ? null z", "Literal ? p.4 z", "Literal p.0 ? z",
         "Insert ? p.4 z", "Insert p.0 ? z", "Insert null ? z", "List ? p.4 z",    "List p.0 ? z"};
-    const Rows needed = {"At0 ? p.4 z",
-                         "At1 p.0 ? z",
-                         "At2 ? p.4 z",
-                         "Items ? p.4 0",
-                         "Items p.0 ? 0",
-                         "Items ? ? 0",
-                         "Mark ?",
-                         "Strip ? p.4 x",
-                         "Strip p.0 ? x",
-                         "Context a ? left",
-                         "Sub a ? right",
-                         "Search ? p.0 left",
-                         "Search p.0 ? left",
-                         "Before ? p.4 right",
-                         "Before p.4 ? right",
-                         "Bracket ? right a",
-                         "Move a ? left",
-                         "Adjacent ? p.0",
-                         "Adjacent p.0 ?"};
+    const Rows needed = {"At0 ? p.4 z",   "At1 p.0 ? z",   "At2 ? p.4 z",
+                         "Items ? p.4 0", "Items p.0 ? 0", "Items ? ? 0",
+                         "Mark ?",        "Strip ? p.4 x", "Move a ? left"};
+    // These may begin at a mark that was taken out.
+    const Rows navigation = {"Context a ? left",  "Sub a ? right",      "Search ? p.0 left",
+                             "Search p.0 ? left", "Before ? p.4 right", "Before p.4 ? right",
+                             "Bracket ? right a", "Adjacent ? p.0",     "Adjacent p.0 ?"};
     const auto expect = [&](const char* what, std::function<void(Host&)> give) {
         SCOPED_TRACE(what);
         ExpectRefusals(optional, give);
         ExpectRefusals(needed, give);
+        ExpectRefusals({"Strip p.0 ? x"}, give);
+        if (std::string(what) != "removed") ExpectRefusals(navigation, give);
         ExpectRefusals({"Project ?", "Project p.1 ?"},
                        [&](Host& h) { give(h), h.call.pTarget = h.t["a"]; });
     };
     ExpectRefusals(needed, [](Host&) {});
+    ExpectRefusals(navigation, [](Host&) {});
     for (const char* kind : {"unlinked", "removed"})
         expect(kind, [=](Host& h) { h.Give(h.t, kind); });
     for (const char* place : {"p.1", "a.1", "a.end"}) {

@@ -34,7 +34,8 @@ TEST(Deletion, OfTokensByName) {
                 {"p.0 p.4 o -> 1 ||l|a||", "p.0 p.4 p[0] -> 1 ||l|a||",  // the pattern goes first
                  "p.0 p.4 p[2] -> 1 ||l|a||", "p.1 p.4 p[0] -> 1 ||o|l|a||",
                  "p.0 a.1 o -> 1 ||l|o|a|| a.1=p.1", "p.0 p.0 o -> 1", "p.0 p.4 x -> 1",
-                 "p.0 p.4 a -> 1 ||o|l|o|| a.1=p.2", "p.start p.end l -> 1 ||o|o|a|| a.1=p.1"});
+                 "p.0 p.4 a -> 1 ||o|l|o|| a.1=p.2", "p.0 null o -> 1",
+                 "p.start p.end l -> 1 ||o|o|a|| a.1=p.1"});
 }
 
 }  // namespace

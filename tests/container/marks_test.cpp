@@ -164,6 +164,12 @@ TEST(Mark, ByAListWithItsStream) {
                  [](Scene& s, const char* text, CSyncMark* pRight) {
                      return s.t.plexa.Mark(text, s.t.Mark("phone", 0), pRight);
                  });
+    // A stream may have no name at all.
+    Tiers t{{"", "||a||"}};
+    t[""]->AddField("stress")->SetFieldType(fvInt);
+    Fill(t[""], "||a||");
+    EXPECT_TRUE(t.plexa.Mark("% <stress:7>", t.Mark("", 0), t.Mark("", 1)));
+    EXPECT_EQ(t.Token("", 0)->GetFieldValueIndex(1), 7);
 }
 
 // The stream time, of which every token is as long as its name says, tied at its ends.

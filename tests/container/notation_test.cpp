@@ -143,6 +143,18 @@ TEST(Notation, LiteralTexts) {
          "||||: Literal p.1 p.1 ta -> 1 ||t|a||", "||o||: Literal p.1 p.1 ta -> 1 ||o|t|a||",
          "||o||: Literal p.end null t -> 0", "||o||: Literal null null t -> 0",
          "||: Literal a.0 a.1 t -> 1 ||t|| a.0=p.0 a.1=p.1"});
+    // Without a field "name" there are no tokens to make, but room is made for them.
+    for (const char* text : {"", "t"}) {
+        Tiers t{{"p"}};
+        CStream* p = t.plexa.pStream(t.plexa.AddStream("nameless"));
+        CSyncMark* marks[3];
+        for (CSyncMark*& pMark : marks) {
+            ASSERT_TRUE(
+                p->InsertStreamObj(pMark = t.plexa.CreateSyncMark(p), 3, p->pGetLastStreamObj()));
+        }
+        EXPECT_EQ(t.plexa.InsertLiteralString(p, text, marks[0], marks[2]), *text == '\0');
+        EXPECT_EQ(Picture(p), "||||") << text;
+    }
 }
 
 // After a switch, another stream makes, counts and places the tokens; marks stay the first's.

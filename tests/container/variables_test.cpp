@@ -93,6 +93,12 @@ TEST(Variables, ListsLeaveTheStackInAnyOrder) {
     b.emplace(&t.plexa);
     t.plexa.PushVarListStack(&*a);
     t.plexa.PushVarListStack(nullptr);
+    EXPECT_EQ(top(), nullptr);
+    {
+        CVarList onNothing(&t.plexa);  // inherits nobody's fences
+        EXPECT_EQ(top(), &onNothing);
+    }
+    t.plexa.PopVarListStack();
     EXPECT_EQ(top(), &*a);
     a.reset();  // on the stack twice
     EXPECT_EQ(top(), &*b);
@@ -125,6 +131,8 @@ TEST(Variables, AListMayOutliveItsContainerButDoesNothingThen) {
     list.DoAssignmentsAndClear(true);
     list.SendOutThisVarList(1010);
     other.t.plexa.PushVarListStack(&list);
+    EXPECT_EQ(other.t.plexa.GetCurrentVarList(), nullptr);
+    other.t.plexa.PopVarListStack();
     EXPECT_EQ(other.t.plexa.GetCurrentVarList(), &other.list);
     EXPECT_FALSE(other.t.plexa.Fence("p"));
     EXPECT_EQ(other.State(), " p.0 null p.0||a|b|c||");

@@ -135,6 +135,26 @@ TEST_F(CoreTest, TestsThatDoNotEndAreEnded) {
     pthread_attr_destroy(&attributes);
 }
 
+// Marks that nothing orders are tried one by one, each against the place: 4,000 of them take as
+// many searches of 4,000 steps. A test that asked for that again and again would run for days.
+TEST_F(CoreTest, SearchesCountAsWork) {
+    CStream* pWord = m_tiers["word"];
+    std::vector<CStreamObj*> marks(4000);
+    for (CStreamObj*& p : marks) p = m_tiers.plexa.CreateSyncMark(pWord);
+    ASSERT_TRUE(m_tiers.plexa.InsertStreamObjects(pWord, m_tiers.Mark("word", 0), nullptr,
+                                                  marks.data(), 4000));
+    m_x = m_tiers.MarkAt("inp.1");
+    const auto levels = [&](int n) {
+        int tree = And(RightContext(Int(2), Stay()), Fail());
+        while (n-- > 0) tree = Or(tree, tree);
+        return Test(Adj(Ptr(x), Or(tree, 0)));
+    };
+    EXPECT_TRUE(levels(0));
+    m_bWatched = false;
+    EXPECT_FALSE(levels(16));
+    EXPECT_TRUE(m_tiers.plexa.Context(pWord, m_x, sdRight) != nullptr) << "outside a test, as long";
+}
+
 TEST_F(CoreTest, AnObserverMayThrow) {
     struct Thrower : CPlexaTestObserver {
         void BeforeInstruction(const CPlexaTestStep& step) override {

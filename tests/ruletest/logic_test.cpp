@@ -148,9 +148,16 @@ TEST_F(LogicTest, OptionsTryWithoutOrWithTheirOperandFirst) {
            {"inp.0", Qmarks(AngleBrkt(), See('c')), "inp.1!"},
            {"inp.0", Qmarks(Any(), AngleBrkt(Is('h'))), "inp.1!"},  // without it, then
            {"inp.0", Qmarks(Any(), AngleBrkt(Is('l'))), "no"},
-           // Without an operand there is nothing that could be left out.
-           {"inp.0", Qmark(0, See('c')), "no"},
-           {"inp.0", Star(0, 0, See('c')), "no"}});
+           // An operand that is absent fails where it would be tried, and only there.
+           {"inp.0", Qmark(0, See('c')), "inp.0 c>"},
+           {"inp.0", Star(0, 0, See('c')), "inp.0 c>"},
+           {"inp.0", Qmark(0), "inp.0!"},
+           {"inp.0", Star(0, 0), "inp.0"},
+           {"inp.0", Qmark(0, Fail()), "no"},
+           {"inp.0", Star(0, 0, Fail()), "no"},
+           {"inp.0", Stars(0, Limit(none), See('c')), "inp.0"},
+           {"inp.0", Stars(0, 0, See('c')), "no"},
+           {"inp.0", Qmarks(0, See('c')), "no"}});
 }
 
 }  // namespace

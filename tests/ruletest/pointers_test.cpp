@@ -48,6 +48,19 @@ TEST_F(PointersTest, TokStaysAndParentPtrStepsOver) {
     Check({{"inp.0", Tok(t, 1), "inp.0!"}, {"inp.0", Tok(t, 255), "inp.0!"}});
 }
 
+// A rule deleted what a variable holds, or the host never set it: as long as nothing is done with
+// the object, that does not matter, and it comes back as it was.
+TEST_F(PointersTest, WhatAVariableHoldsIsLeftAloneUntilItIsUsed) {
+    m_x = m_tiers.MarkAt("inp.4");  // no token follows
+    m_y = reinterpret_cast<CSyncMark*>(std::uintptr_t{16});
+    m_u = reinterpret_cast<CToken*>(std::uintptr_t{32});
+    EXPECT_TRUE(Test(Adj(Ptr(x), Or(AssignPtr(y, Fail()), 0))));
+    EXPECT_EQ(m_y, reinterpret_cast<CSyncMark*>(std::uintptr_t{16}));
+    EXPECT_TRUE(m_list.IsDirty(y));
+    EXPECT_TRUE(Test(Adj(Ptr(x), Not(Or(Tok(u, 255), Adj(ParentPtr(u), Fail()))))));
+    EXPECT_TRUE(Test(Or(Not(Ptr(y)), Ptr(x)))) << "a position that nobody asks anything";
+}
+
 TEST_F(PointersTest, AssignPtrGivesBackTheBindingButNotTheFlag) {
     Check({{"inp.1", AssignPtr(y), "inp.1! y=inp.1"},
            {"inp.2", AssignPtr(y, Any()), "inp.3 y=inp.2"},

@@ -71,6 +71,80 @@ TEST(Sections, AreCutOutAndPutBack) {
     EXPECT_EQ(CheckStructure(s.t.plexa, {.bIndices = true}), "");
 }
 
+// A token that came by a stream switch goes with the section, and back into the stream it was cut
+// out of. As a bound it counts -1 for marks and for tokens.
+TEST(Sections, MayHoldTokensOfOtherStreams) {
+    struct Row {
+        const char *what, *cut, *back;
+    };
+    for (const Row& row :
+         {Row{"g m2 b", "|||| 4 3", "||g|b|| 3 2"}, Row{"a m2 g", "|||| 4 3", "||a|g|| 3 2"},
+          Row{"g", "|||b|| 4 3", "||g|b|| 3 2"}}) {
+        SCOPED_TRACE(row.what);
+        Tiers t{{"p", "||a|b||"}, {"q", "||x||"}};
+        CStream* p = t["p"];
+        CSyncMark *m1 = t.Mark("p", 0), *m3 = t.Mark("p", 2);
+        const bool bFirst = row.what[0] == 'g';
+        CStreamObj* pOwn = t.Token("p", bFirst ? 0 : 1);
+        ASSERT_TRUE(p->InsertStreamObj(t["q"]->CreateToken("g"), 2, pOwn));
+        p->RemoveStreamObj(pOwn, true);
+        CSyncMark* pTo = std::string(row.what) == "g" ? t.Mark("p", 1) : m3;
+        CStreamObj *pFirst = nullptr, *pLast = nullptr;
+        ASSERT_TRUE(p->ExciseSection(m1, pTo, &pFirst, &pLast, bsmKeepBoth));
+        const auto state = [&] {
+            return t.Picture("p") + " " + std::to_string(p->GetNumSyncMarks()) + " " +
+                   std::to_string(p->GetNumTokens());
+        };
+        EXPECT_EQ(state(), row.cut);
+        CSyncMark* pElsewhere = t.Mark("q", 0);
+        EXPECT_FALSE(t["q"]->InsertSection(pFirst, pLast, &pElsewhere, nullptr)) << "of p";
+        EXPECT_TRUE(p->InsertSection(pFirst, pLast, &m1, nullptr));
+        EXPECT_EQ(state(), row.back);
+        const std::vector<CStreamObj*> chain = Chain(p);
+        EXPECT_EQ(chain.size(), 7u);
+        for (std::size_t i = 1; i < chain.size(); ++i) {
+            EXPECT_LT(chain[i - 1]->GetOrderIndex(), chain[i]->GetOrderIndex());
+        }
+    }
+}
+
+// In a chain that was cut out everything goes as in a stream.
+TEST(Sections, CanBeWorkedOnWhileTheyAreOut) {
+    Tiers t{{"p", "||a|b|a|b||"}, {"q", "||x|y||"}};
+    CStream* p = t["p"];
+    CSyncMark *m1 = t.Mark("p", 1), *m2 = t.Mark("p", 2), *m3 = t.Mark("p", 3);
+    CStreamObj *pFirst = nullptr, *pLast = nullptr;
+    ASSERT_TRUE(p->ExciseSection(t.Mark("p", 0), t.Mark("p", 4), &pFirst, &pLast, bsmKeepBoth));
+    EXPECT_STREQ(p->GetStr(m1, m3, true), "|b|a|");
+    EXPECT_STREQ(p->GetStr(m2, nullptr, false), "ab") << "to the chain's end";
+    EXPECT_TRUE(t.plexa.CSMSearch(m1, m3, sdRight) && t.plexa.CSMSearch(m3, m1, sdLeft));
+    EXPECT_FALSE(t.plexa.CSMSearch(m3, m1, sdRight));
+    EXPECT_FALSE(p->CompareSection(m1, m2, m2, m3)) << "b is not a";
+    EXPECT_TRUE(p->CompareSection(m1, m3, m1, m3));
+
+    ASSERT_TRUE(m2->SetToSynchronous(t.Mark("q", 1)));
+    p->DeSyncSection(m1, m3);
+    EXPECT_FALSE(m2->IsSynchronous());
+
+    // A mark between b and m2, then m2 and an end leave.
+    CSyncMark* pNew = t.plexa.CreateSyncMark(p);
+    CStreamObj* b = m1->GetNextStreamObj();
+    pNew->LinkBetween(b, m2);
+    EXPECT_TRUE(b->LeftOf(pNew) && pNew->LeftOf(m2));
+    m2->UnLink();
+    EXPECT_STREQ(p->GetStr(m1, m3, true), "|b|a|");
+    pLast->UnLink();
+    EXPECT_EQ(m3->GetNextStreamObj(), nullptr);
+    CSyncMark* pLeft = t.Mark("p", 0);
+    EXPECT_FALSE(p->InsertSection(pFirst, pLast, &pLeft, nullptr)) << "the last one has left";
+    EXPECT_TRUE(p->InsertSection(pFirst, m3, &pLeft, nullptr));
+    EXPECT_EQ(t.Picture("p"), "||a|b|a|||");
+    EXPECT_EQ(CheckStructure(t.plexa, {.bCounters = false, .bIndices = true}), "");
+    for (CStreamObj* pLoose : {static_cast<CStreamObj*>(m2), pLast}) {
+        CStream::DiscardStreamObj(pLoose);
+    }
+}
+
 TEST(Sections, TakeAMarkWithThem) {
     for (const auto type : {bsmDeleteLeft, bsmDeleteRight, bsmKeepBoth}) {
         Scene s;

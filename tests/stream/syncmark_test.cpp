@@ -113,9 +113,13 @@ TEST(Synchrony, ReplacesAMark) {
     }
     const std::string before = Dump(t.plexa);
     EXPECT_TRUE(t.Join("a.0", "a.0", true));
-    for (const char* other : {"a.1", "c.end", "null"}) EXPECT_FALSE(t.Join("a.0", other, true));
+    for (const char* other : {"a.1", "null"}) EXPECT_FALSE(t.Join("a.0", other, true));
     EXPECT_FALSE(t.MarkAt("a.0")->SetToSynchronous(pLoose, true));
     EXPECT_EQ(Dump(t.plexa), before);
+    // Sentinels are never removed: the fresh mark stands beside them.
+    EXPECT_TRUE(t.Join("a.0", "c.end", true) && t.Join("a.0", "d.start", true));
+    EXPECT_EQ(Ties(t.plexa), "a.0=b.1=c.3=d.0 c.0=d.1");
+    EXPECT_EQ(CheckStructure(t.plexa, {true, true, true}), "");
     CStream::DiscardStreamObj(pLoose);
 }
 

@@ -1,0 +1,121 @@
+// Objects that left a chain and live on: what may be scanned from them, and for how long.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "support/tiers.h"
+
+using namespace mlds_test;
+
+namespace {
+
+using Held = std::unique_ptr<CStreamObj, void (*)(CStreamObj*)>;
+
+Held Remove(CStream* pStream, CStreamObj* p) {
+    return {pStream->RemoveStreamObj(p, false), &CStream::DiscardStreamObj};
+}
+
+std::string Around(CStreamObj* p) {
+    std::string text;
+    for (CStreamObj* pFound : {static_cast<CStreamObj*>(p->GetPrevSyncMark()),
+                               static_cast<CStreamObj*>(p->GetPrevToken()),
+                               static_cast<CStreamObj*>(p->GetNextSyncMark()),
+                               static_cast<CStreamObj*>(p->GetNextToken()),
+                               p->GetAdjacentStreamObj(sdRight, otToken, true)}) {
+        text += Where(pFound) + " ";
+    }
+    return text;
+}
+
+TEST(Absence, ALoopMayRemoveWhereItStands) {
+    Tiers t{{"p", "||a|b|c|d||"}};
+    std::vector<Held> held;
+    std::string names;
+    for (CToken* p = t.First("p")->GetNextToken(); p != nullptr; p = p->GetNextToken()) {
+        names += p->GetNameField();
+        held.push_back(Remove(t["p"], p));
+    }
+    EXPECT_EQ(names, "abcd");
+    EXPECT_EQ(t.Picture("p"), "|||||||");
+}
+
+TEST(Absence, ScansStopOnceSomethingOfTheStreamIsDestroyed) {
+    for (const char* gone : {"p.4", "p[1]", "p.1", "q.0", "a loose mark"}) {
+        SCOPED_TRACE(gone);
+        Tiers t{{"p", "||a|b|c|d||"}, {"q", "||x||"}};
+        CSyncMark* pLoose = t.plexa.CreateSyncMark(t["p"]);  // was never in the chain
+        const Held b = Remove(t["p"], t.Token("p", 1));
+        const std::string before = "p.1 p[0] p.2 p[1] p[1] ";
+        ASSERT_EQ(Around(b.get()), before);
+        const bool bOfStream = gone[0] == 'p';
+        if (bOfStream || gone[0] == 'q') {
+            CStreamObj* p = t.At(gone);
+            p->GetStream()->RemoveStreamObj(p, true);
+        }
+        CStream::DiscardStreamObj(pLoose);
+        EXPECT_EQ(Around(b.get()), bOfStream ? "null null null null null " : before);
+        // The raw links stay as they were, for comparing.
+        EXPECT_NE(b->GetNextStreamObj(), nullptr);
+        // Back in the stream, links are true again.
+        ASSERT_TRUE(t["p"]->InsertStreamObj(b.get(), 2, t.Mark("p", 0)));
+        EXPECT_EQ(Around(b.get()).substr(0, 3), "p.0");
+        const_cast<Held&>(b).release();
+    }
+}
+
+// What was held outside counts when it is destroyed; so does a neighbour of another stream.
+TEST(Absence, EveryEndThatLinksCouldLeadToCounts) {
+    Tiers t{{"p", "||a|b|c||"}, {"q", "||x||"}};
+    Held b = Remove(t["p"], t.Token("p", 1));
+    Held mark = Remove(t["p"], t.Mark("p", 2));
+    const Held c = Remove(t["p"], t.Token("p", 1));
+    EXPECT_EQ(b->GetNextSyncMark(), mark.get());
+    EXPECT_EQ(b->GetNextToken(), c.get()) << "by way of the mark, which was taken out in between";
+    mark.reset();
+    EXPECT_EQ(b->GetNextSyncMark(), nullptr);
+
+    CToken* pGuest = t["q"]->CreateToken("g");
+    ASSERT_TRUE(t["p"]->InsertStreamObj(pGuest, 2, t.Mark("p", 0)));  // ||ga|...
+    Held a = Remove(t["p"], t.Token("p", 1));
+    EXPECT_EQ(a->GetPrevToken(), pGuest);
+    t["p"]->RemoveStreamObj(pGuest, true);
+    EXPECT_EQ(a->GetPrevToken(), nullptr);
+    EXPECT_EQ(a->GetNextToken(), nullptr);
+}
+
+// Tokens that touch: what lies in front of the next token is no mark then.
+TEST(Absence, MovesFromARemovedMarkDoNotTakeATokenForAMark) {
+    Tiers t{{"p", "||a|b||"}};
+    CStream* p = t["p"];
+    CSyncMark* pMark = t.Mark("p", 1);
+    const Held held = Remove(p, pMark);
+    EXPECT_EQ(pMark->UptoTokens(sdRight, 0), nullptr) << "a touches b now";
+    EXPECT_EQ(pMark->OverTokens(sdRight, 1), t.Mark("p", 1));
+    EXPECT_EQ(pMark->BySyncMarks(sdLeft), t.Mark("p", 0));
+    EXPECT_TRUE(t.plexa.CSMSearch(pMark, t.Mark("p", 1), sdRight));
+    EXPECT_FALSE(t.plexa.CSMSearch(pMark, t.Mark("p", 0), sdRight));
+}
+
+TEST(Absence, ObjectsMayOutliveTheirStreams) {
+    std::vector<Held> held;
+    {
+        Tiers t{{"p", "||a|b|c|d||"}, {"q", "||x||"}};
+        held.push_back(Remove(t["p"], t.Token("p", 0)));
+        held.push_back(Remove(t["p"], t.Mark("p", 1)));
+        CStreamObj *pFirst = nullptr, *pLast = nullptr;
+        ASSERT_TRUE(
+            t["p"]->ExciseSection(t.Mark("p", 1), t.Mark("p", 3), &pFirst, &pLast, bsmKeepBoth));
+        for (CStreamObj* p = pFirst; p != nullptr; p = p->GetNextStreamObj()) {
+            held.emplace_back(p, &CStream::DiscardStreamObj);
+        }
+    }
+    for (const Held& p : held) {
+        EXPECT_EQ(p->GetStream()->pGetStreamPlexa(), nullptr) << "the stream is but a shell";
+        p->GetAdjacentStreamObj(sdRight, otSyncMark, true);
+    }
+    EXPECT_EQ(held[0]->GetNextToken(), nullptr);
+    while (!held.empty()) held.pop_back();
+}
+
+}  // namespace

@@ -53,7 +53,6 @@ struct Internals {
     static bool HasPlace(const CStreamObj* p) { return IsInChain(p) || IsAbsent(p); }
     static bool IsSentinel(const CStreamObj* p) { return (p->m_nState & osSentinel) != 0; }
     static int SlotOf(const CStreamObj* p) { return p->m_nStreamIndex; }
-    static bool& HasHandle(CStreamObj* p) { return p->m_bHasHandle; }
     static void Destroy(CStreamObj* p) { delete p; }
 
     // Sync marks
@@ -114,10 +113,6 @@ struct Internals {
     static std::uint64_t& SearchSteps(CPlexa* p) { return p->m_nSearchSteps; }
     static bool AnyFence(const CPlexa* p) { return p->m_nFenced > 0; }
     static bool HasViewer(const CPlexa* p) { return p->m_socket.m_sendSocket != 0; }
-    static ViewerLink* Link(const CPlexa* p) { return p->m_socket.m_pLink; }
-    static void CloseLink(CPlexa* p) { p->m_socket.Disconnect(); }
-    static std::intptr_t RequestSocket(const CPlexa* p) { return p->m_socket.m_receiveSocket; }
-    static void CloseRequests(CPlexa* p) { p->m_socket.CloseRequests(); }
     static bool IsDelayed(const CPlexa* p) { return p->m_bDelayDisplay; }
     static CSyncMark* AdvanceMark(const CPlexa* p) {
         return p->m_pTest != nullptr ? p->m_pTest->m_pAdvanceMark : nullptr;
@@ -133,6 +128,7 @@ struct Internals {
     static void LetGoOfContainer(CVarList* p);
     static CPlexa* PlexaOf(const CVarList* p) { return p->m_pPlexa; }
     static const bool* Fences(const CVarList* p) { return p->m_bFences; }
+    static const char* VarName(const CVarList* p, int i) { return p->m_szNames[i]; }
     static CStreamObj** BoundVar(const CVarList* p, int i) { return p->m_ppBound[i]; }
     static bool HasVarOfKind(const CVarList* p, int i, bool bToken) {
         return p->HasVarOfKind(i, bToken);

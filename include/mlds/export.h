@@ -32,12 +32,14 @@ class CToken;
 class CVarList;
 
 namespace mlds {
-struct Internals;      // the library's own door to private members
-class OrderNumbering;  // how a stream numbers its objects
-struct SyncTable;      // what the members of a synchrony group share
-struct ViewerLink;     // what is known of a connected viewer
-struct FieldSlots;     // a token's field values
-struct DerivedValues;  // a field's values by name value
+struct Internals;           // the library's own doors to private members
+struct ConversationAccess;  // that of the viewer's side
+struct HandleAccess;        // that of the table of handles
+class OrderNumbering;       // how a stream numbers its objects
+struct SyncTable;           // what the members of a synchrony group share
+struct ViewerLink;          // what is kept for a connected viewer
+struct FieldSlots;          // a token's field values
+struct DerivedValues;       // a field's values by name value
 }  // namespace mlds
 
 #endif

@@ -67,6 +67,7 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::ConversationAccess;
 
     void Release();
     bool Start();
@@ -91,7 +92,7 @@ private:
     bool m_bAckOdd;             // the latest acknowledgement was not just one int item
     char* m_pLarge;             // a packet that outgrew the buffer
     std::uint32_t m_nLarge;     // its capacity
-    mlds::ViewerLink* m_pLink;  // what is known of the viewer while connected
+    mlds::ViewerLink* m_pLink;  // what is kept while connected
 };
 
 #endif

@@ -117,6 +117,7 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::HandleAccess;
 
     static constexpr std::uint8_t kInChain = 17;  // the bits of m_nState that say so
 

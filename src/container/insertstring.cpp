@@ -1,10 +1,10 @@
 // Filling a stream from a text in the string notation.
-#include "container/hostvariable.h"
 #include "container/notation.h"
 #include "container/placing.h"
 #include "container/textcopy.h"
 #include "internals.h"
 #include "stream/fieldslots.h"
+#include "stream/hostvariable.h"
 
 using mlds::Bounds;
 using mlds::Internals;

@@ -1,9 +1,9 @@
 // Setting a field on every token between two marks.
-#include "container/hostvariable.h"
 #include "container/marknotation.h"
 #include "container/notation.h"
 #include "container/tokenrange.h"
 #include "platform/numbertext.h"
+#include "stream/hostvariable.h"
 
 using mlds::Internals;
 using mlds::MarkItem;

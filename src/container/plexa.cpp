@@ -8,7 +8,7 @@
 #include "internals.h"
 #include "mlds/okulog.h"
 #include "platform/sockets.h"
-#include "viewer/report.h"
+#include "report/report.h"
 
 using mlds::Internals;
 
@@ -115,14 +115,14 @@ void CPlexa::Initialize() {
         Internals::First(m_pStreams[0])->SetToSynchronous(Internals::First(m_pStreams[i]));
         Internals::Last(m_pStreams[0])->SetToSynchronous(Internals::Last(m_pStreams[i]));
     }
-    if (m_nStreams > 0) sendMessage("resetplexa");
+    if (m_nStreams > 0) mlds::ReportReset(this);
 }
 
 void CPlexa::CPlexaReset() {
     DelayMessageDisplay(true);
     for (int i = 0; i < m_nStreams; ++i) m_pStreams[i]->StreamReset();
     DelayMessageDisplay(false);
-    sendMessage("resetplexa");
+    mlds::ReportReset(this);
 }
 
 bool CPlexa::SetDefaultTimeStream(CStream* pTimeStream) {

@@ -3,10 +3,11 @@
 
 #include <cstring>
 
-#include "container/hostvariable.h"
 #include "internals.h"
+#include "report/messages.h"
+#include "report/report.h"
 #include "stream/fieldslots.h"
-#include "viewer/report.h"
+#include "stream/hostvariable.h"
 
 using mlds::Internals;
 
@@ -27,7 +28,7 @@ CVarList::CVarList(CPlexa* pPlexa)
     }
     Enlist();
     m_pPlexa->PushVarListStack(this);
-    mlds::Report(m_pPlexa, mlds::msgListMade, this);
+    mlds::ReportListMade(m_pPlexa, this);
 }
 
 CVarList& CVarList::operator=(const CVarList& other) {
@@ -64,7 +65,7 @@ CVarList::~CVarList() {
     Internals::DropFromStack(m_pPlexa, this);
     Internals::FollowTop(m_pPlexa);
     Delist();
-    mlds::Report(m_pPlexa, mlds::msgListGone, this);
+    mlds::ReportListGone(m_pPlexa, this);
     mlds::ForgetHandle(m_pPlexa, this);
 }
 

@@ -1,13 +1,11 @@
 // Reports of variables to the viewer.
 #include "internals.h"
-#include "viewer/report.h"
+#include "report/report.h"
 
 using mlds::Internals;
 
 void CVarList::ReportVar(int code, int i) {
-    if (m_pPlexa != nullptr && Internals::HasViewer(m_pPlexa)) {
-        mlds::ReportVariable(m_pPlexa, code, this, i, m_szNames[i]);
-    }
+    if (m_pPlexa != nullptr) mlds::ReportVariable(m_pPlexa, code, this, i);
 }
 
 void CVarList::SendOutThisVarList(int code) {

@@ -1,9 +1,9 @@
 // Rule variables in patterns: the boundary or token that a variable holds, and new bindings.
 #include <memory>
 
-#include "container/hostvariable.h"
 #include "ruletest/evaluation.h"
 #include "stream/fieldslots.h"
+#include "stream/hostvariable.h"
 
 using mlds::AsMark;
 using mlds::AsToken;

@@ -1,8 +1,8 @@
 // Streams: linking objects into the chain and taking them out.
 #include "mlds/okulog.h"
 #include "mlds/stream.h"
+#include "report/report.h"
 #include "stream/ordernumbering.h"
-#include "viewer/report.h"
 
 using mlds::Internals;
 using mlds::OrderNumbering;
@@ -27,7 +27,7 @@ bool RefuseAtSentinel(const char* signature, int line, const char* streamName) {
 
 void CountAndReport(CStream* pStream, CStreamObj* p, int& nTokens, int& nSyncMarks) {
     ++(Internals::IsToken(p) ? nTokens : nSyncMarks);
-    if (!pStream->m_bQuiet) mlds::Report(Internals::PlexaOf(pStream), mlds::msgInserted, p);
+    if (!pStream->m_bQuiet) mlds::ReportInserted(Internals::PlexaOf(pStream), p);
 }
 
 }  // namespace
@@ -85,7 +85,7 @@ CStreamObj* CStream::RemoveStreamObj(CStreamObj* p, bool bDelete) {
     if (!mlds::BelongsTo(m_pPlexa, p)) return nullptr;
     --(Internals::IsSyncMark(p) ? m_nSyncMarks : m_nTokens);
     // Removals are reported even by a quiet stream: its viewer must not keep what is gone.
-    mlds::Report(m_pPlexa, mlds::msgRemoved, p);
+    mlds::ReportRemoved(m_pPlexa, p);
     OrderNumbering::Unlink(p);
     if (bDelete) {
         Internals::Destroy(p);

@@ -1,11 +1,11 @@
 // Stream objects: links, scans and the comparison of positions.
 #include "mlds/stream.h"
 
+#include "report/report.h"
 #include "stream/absence.h"
 #include "stream/memory.h"
 #include "stream/ordernumbering.h"
 #include "stream/scan.h"
-#include "viewer/report.h"
 
 using mlds::Internals;
 using mlds::OrderNumbering;

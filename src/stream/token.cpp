@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include "platform/numbertext.h"
+#include "report/report.h"
 #include "stream/derivation.h"
 #include "stream/fieldslots.h"
-#include "viewer/report.h"
 
 using mlds::FieldSlot;
 using mlds::FieldSlots;
@@ -171,7 +171,7 @@ void CToken::SetFieldValue(int i, int value) {
         mlds::DeriveFields(pStream, m_pSlots, value);
     }
     if (GetPrevStreamObj() != nullptr || GetNextStreamObj() != nullptr) {
-        mlds::Report(Internals::PlexaOf(pStream), mlds::msgTokenChanged, this);
+        mlds::ReportTokenChanged(Internals::PlexaOf(pStream), this);
     }
 }
 

@@ -3,15 +3,22 @@
 
 #include <stdexcept>
 
-#include "viewer/report.h"
+#include "report/report.h"
+#include "viewer/conversation.h"
 
 namespace mlds {
+
+/// The mark that an object carries while it has a handle. Nobody else reads or writes it but the
+/// object itself, as it goes.
+struct HandleAccess {
+    static void SetHasHandle(CStreamObj* p, bool bHasHandle) { p->m_bHasHandle = bHasHandle; }
+};
 
 HandleTable::~HandleTable() {
     for (const auto& [p, entry] : m_entries) {
         if (entry.bObject) {
-            Internals::HasHandle(const_cast<CStreamObj*>(static_cast<const CStreamObj*>(p))) =
-                false;
+            auto* pObj = const_cast<CStreamObj*>(static_cast<const CStreamObj*>(p));
+            HandleAccess::SetHasHandle(pObj, false);
         }
     }
 }
@@ -32,7 +39,7 @@ std::uint32_t HandleTable::OfObject(CStreamObj* p) {
     if (p == nullptr) return 0;
     Entry& entry = EntryOf(p);
     entry.bObject = true;
-    Internals::HasHandle(p) = true;
+    HandleAccess::SetHasHandle(p, true);
     return entry.handle;
 }
 
@@ -40,6 +47,7 @@ std::uint32_t HandleTable::OfAddress(const void* p) {
     return p != nullptr ? EntryOf(p).handle : 0;
 }
 
+// Only requests look this way round, and those a person makes by hand: no second table for them.
 const void* HandleTable::Find(std::uint32_t handle) const {
     for (const auto& [p, entry] : m_entries) {
         if (entry.handle == handle) return p;
@@ -52,12 +60,12 @@ void HandleTable::Forget(const void* p) {
 }
 
 void ForgetHandle(CStreamObj* p) {
-    Internals::HasHandle(p) = false;
+    HandleAccess::SetHasHandle(p, false);
     ForgetHandle(Internals::PlexaOf(Internals::StreamOf(p)), p);
 }
 
 void ForgetHandle(const CPlexa* pPlexa, const void* p) {
-    if (ViewerLink* pLink = Internals::Link(pPlexa)) pLink->handles.Forget(p);
+    if (Conversation* pOpen = ConversationAccess::Current(pPlexa)) pOpen->handles.Forget(p);
 }
 
 }  // namespace mlds

@@ -1,4 +1,4 @@
-// Handles: the numbers by which messages name objects, and what else a link keeps.
+// Handles: the numbers by which messages name objects.
 //
 // A handle stands for an address. It is given out the first time that the address is mentioned and
 // never again for another; it is forgotten when the object goes for good, and with the link.
@@ -7,10 +7,10 @@
 #ifndef MLDS_VIEWER_HANDLES_H
 #define MLDS_VIEWER_HANDLES_H
 
-#include <string>
+#include <cstdint>
 #include <unordered_map>
 
-#include "internals.h"
+#include "mlds/streamobj.h"
 
 namespace mlds {
 
@@ -22,7 +22,7 @@ public:
     /// The objects do not have handles any more.
     ~HandleTable();
 
-    /// 0 for null. Throws std::bad_alloc.
+    /// 0 for null. Throws std::bad_alloc, or std::length_error when all numbers are given out.
     std::uint32_t OfObject(CStreamObj* p);
     std::uint32_t OfAddress(const void* p);
     /// The address that has the handle, or null. The object there is known to be alive only if it
@@ -39,12 +39,6 @@ private:
 
     std::unordered_map<const void*, Entry> m_entries;
     std::uint32_t m_nLast = 0;
-};
-
-struct ViewerLink {
-    HandleTable handles;
-    std::string text;     // of the message that is being built
-    std::string pending;  // the beginning of a request whose end has not come yet
 };
 
 }  // namespace mlds

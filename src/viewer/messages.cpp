@@ -1,151 +1,116 @@
-// Messages to the viewer: the link's beginning and end, reports, and the report of everything.
+// Messages to the viewer: what was reported, or asked for by its code, in words and on its way.
 #include <exception>
 
+#include "report/report.h"
 #include "viewer/messagetext.h"
-#include "viewer/report.h"
 
+using mlds::ConversationAccess;
 using mlds::Internals;
 using mlds::MessageText;
-using mlds::ViewerLink;
+using mlds::Payload;
 
 namespace {
 
-// The text that goes with a message; null for none.
-const char* TextOf(MessageText text, int code, std::intptr_t argument) {
-    switch (code) {
-        case mlds::msgInserted: return text.Inserted(reinterpret_cast<CStreamObj*>(argument));
-        case mlds::msgTokenChanged: return text.Changed(reinterpret_cast<CStreamObj*>(argument));
-        case mlds::msgRemoved: return text.Removed(reinterpret_cast<CStreamObj*>(argument));
-        case mlds::msgLanguage: return text.Language();
-        case mlds::msgListMade:
-        case mlds::msgListGone: return text.List(reinterpret_cast<const CVarList*>(argument));
-        case mlds::msgStream:
-        case mlds::msgVarAdded:
-        case mlds::msgVarUsed:
-        case mlds::msgText: return reinterpret_cast<const char*>(argument);
-        default: return nullptr;
-    }
+void SendPacket(CPlexa* pPlexa, int code, const char* text) {
+    CMessageSocket& socket = ConversationAccess::Socket(pPlexa);
+    socket.ResetBuff();
+    socket << static_cast<unsigned long>(code);
+    if (text != nullptr) socket << text;
+    socket.Send();
 }
 
-enum class Argument { none, object, any, unknownCode };
-
-Argument ArgumentOf(int code) {
-    switch (code) {
-        case mlds::msgGoodbye:
-        case mlds::msgFullDump:
-        case mlds::msgContentsDump:
-        case mlds::msgDisplayNow:
-        case mlds::msgReserved:
-        case mlds::msgLanguage: return Argument::none;
-        case mlds::msgInserted:
-        case mlds::msgTokenChanged:
-        case mlds::msgRemoved: return Argument::object;
-        case mlds::msgStream:
-        case mlds::msgListMade:
-        case mlds::msgVarAdded:
-        case mlds::msgVarUsed:
-        case mlds::msgListGone:
-        case mlds::msgText: return Argument::any;
-        default: return Argument::unknownCode;
+// Sends a message with the text that `write` makes of a MessageText.
+template <typename Write>
+void SendText(CPlexa* pPlexa, int code, Write write) {
+    const char* text = nullptr;
+    try {
+        text = write(MessageText(pPlexa, *ConversationAccess::Current(pPlexa)));
+    } catch (const std::exception&) {
+        // A viewer that misses a message shows what is not so.
+        ConversationAccess::Socket(pPlexa).Disconnect();
+        return;
     }
+    SendPacket(pPlexa, code, text);
 }
 
-bool IsSendable(int code, std::intptr_t argument) {
-    switch (ArgumentOf(code)) {
-        case Argument::none: return true;
-        case Argument::any: return argument != 0;
-        case Argument::object:
-            return argument != 0 &&
-                   Internals::StreamOf(reinterpret_cast<CStreamObj*>(argument)) != nullptr;
-        default: return false;
-    }
+void SendObject(CPlexa* pPlexa, int code, Payload payload, CStreamObj* p) {
+    if (p == nullptr || Internals::StreamOf(p) == nullptr) return;
+    SendText(pPlexa, code, [=](MessageText text) {
+        switch (payload) {
+            case Payload::inserted: return text.Inserted(p);
+            case Payload::changed: return text.Changed(p);
+            default: return text.Removed(p);
+        }
+    });
+}
+
+void SendList(CPlexa* pPlexa, int code, const CVarList* pList) {
+    if (pList == nullptr) return;
+    SendText(pPlexa, code, [=](MessageText text) { return text.List(pList); });
 }
 
 }  // namespace
 
-void CPlexa::sendMessage(int code, std::intptr_t argument) {
-    if (!Internals::HasViewer(this) || !IsSendable(code, argument)) return;
-    try {
-        const char* text = TextOf({this, *Internals::Link(this)}, code, argument);
-        m_socket.ResetBuff();
-        m_socket << static_cast<unsigned long>(code);
-        if (text != nullptr) m_socket << text;
-    } catch (const std::exception&) {
-        // A viewer that misses a message shows what is not so.
-        m_socket.Disconnect();
+namespace mlds {
+
+void ViewerReports::Inserted(CPlexa* pPlexa, CStreamObj* p) {
+    SendObject(pPlexa, msgInserted, Payload::inserted, p);
+}
+
+void ViewerReports::TokenChanged(CPlexa* pPlexa, CToken* p) {
+    SendObject(pPlexa, msgTokenChanged, Payload::changed, p);
+}
+
+void ViewerReports::Removed(CPlexa* pPlexa, CStreamObj* p) {
+    SendObject(pPlexa, msgRemoved, Payload::removed, p);
+}
+
+void ViewerReports::Stream(CPlexa* pPlexa, CStream* pStream) {
+    SendText(pPlexa, msgStream, [=](MessageText text) { return text.Stream(pStream); });
+}
+
+void ViewerReports::ListMade(CPlexa* pPlexa, CVarList* pList) {
+    SendList(pPlexa, msgListMade, pList);
+}
+
+void ViewerReports::ListGone(CPlexa* pPlexa, CVarList* pList) {
+    SendList(pPlexa, msgListGone, pList);
+}
+
+void ViewerReports::Variable(CPlexa* pPlexa, int code, CVarList* pList, int i) {
+    const MessageKind* pKind = FindMessage(code);
+    if (pKind == nullptr || !IsTextOfSender(pKind->payload)) {
+        pPlexa->sendMessage(code, 0);
         return;
     }
-    m_socket.Send();
+    SendText(pPlexa, code, [=](MessageText text) { return text.Variable(pList, i); });
+}
+
+}  // namespace mlds
+
+// The one place where the host's integers become what they stand for.
+void CPlexa::sendMessage(int code, std::intptr_t argument) {
+    const mlds::MessageKind* pKind = mlds::FindMessage(code);
+    if (pKind == nullptr || !Internals::HasViewer(this)) return;
+    switch (pKind->payload) {
+        case Payload::none: SendPacket(this, code, nullptr); break;
+        case Payload::language:
+            SendText(this, code, [](MessageText text) { return text.Language(); });
+            break;
+        case Payload::inserted:
+        case Payload::changed:
+        case Payload::removed:
+            SendObject(this, code, pKind->payload, reinterpret_cast<CStreamObj*>(argument));
+            break;
+        case Payload::list: SendList(this, code, reinterpret_cast<CVarList*>(argument)); break;
+        case Payload::stream:
+        case Payload::variable:
+        case Payload::text:
+            if (argument != 0) SendPacket(this, code, reinterpret_cast<const char*>(argument));
+            break;
+    }
 }
 
 void CPlexa::sendMessage(const char* text) {
-    sendMessage(mlds::msgText, reinterpret_cast<std::intptr_t>(text));
-}
-
-void mlds::ReportVariable(CPlexa* pPlexa, int code, CVarList* pList, int i, const char* name) {
-    try {
-        MessageText text(pPlexa, *Internals::Link(pPlexa));
-        pPlexa->sendMessage(code, reinterpret_cast<std::intptr_t>(text.Variable(pList, i, name)));
-    } catch (const std::exception&) {
-        Internals::CloseLink(pPlexa);
-    }
-}
-
-bool CPlexa::StartMessageEngine() {
-    // A copy's objects would not tell its link when they go.
-    if (m_pHome != this || !m_socket.Connect()) return false;
-    sendEntirePlexaObj(true);
-    return true;
-}
-
-void CPlexa::StopMessageEngine() {
-    if (!Internals::HasViewer(this)) return;
-    sendMessage(mlds::msgGoodbye, 0);
-    m_socket.Disconnect();
-    DropMessageBuffer();
-}
-
-void CPlexa::DelayMessageDisplay(bool bDelay) {
-    m_bDelayDisplay = bDelay;
-    if (!bDelay) sendMessage(mlds::msgDisplayNow, 0);
-}
-
-namespace {
-
-void Describe(CPlexa* pPlexa, CStream* pStream) {
-    try {
-        const std::string text = mlds::StreamDescription(pStream);
-        pPlexa->sendMessage(mlds::msgStream, reinterpret_cast<std::intptr_t>(text.c_str()));
-    } catch (const std::exception&) {
-        // As with every message that cannot be made.
-        Internals::CloseLink(pPlexa);
-    }
-}
-
-void SendStream(CPlexa* pPlexa, CStream* pStream, bool bFull) {
-    if (bFull) Describe(pPlexa, pStream);
-    CStreamObj* pEnd = bFull ? nullptr : Internals::Last(pStream);
-    CStreamObj* p = Internals::First(pStream);
-    if (!bFull) p = Internals::Next(p);
-    for (; p != pEnd && Internals::HasViewer(pPlexa); p = Internals::Next(p)) {
-        mlds::Report(pPlexa, mlds::msgInserted, p);
-    }
-}
-
-}  // namespace
-
-void CPlexa::sendEntirePlexaObj(bool bFull) {
-    if (!Internals::HasViewer(this)) return;
-    DelayMessageDisplay(true);
-    if (bFull) sendMessage(mlds::msgLanguage, 0);
-    sendMessage(bFull ? mlds::msgFullDump : mlds::msgContentsDump, 0);
-    for (int i = 0; i < m_nStreams && Internals::HasViewer(this); ++i) {
-        SendStream(this, m_pStreams[i], bFull);
-    }
-    for (int i = 0; bFull && i < m_nVarLists; ++i) {
-        if (m_pVarLists[i] == nullptr) continue;
-        mlds::Report(this, mlds::msgListMade, m_pVarLists[i]);
-        m_pVarLists[i]->SendOutThisVarList(mlds::msgVarAdded);
-    }
-    DelayMessageDisplay(false);
+    if (text != nullptr && Internals::HasViewer(this)) SendPacket(this, mlds::msgText, text);
 }

@@ -3,19 +3,13 @@
 
 #include <cstdio>
 
-#include "container/hostvariable.h"
+#include "stream/hostvariable.h"
 
 namespace mlds {
 
 namespace {
 
 constexpr int kMostValuesDescribed = 50;
-
-template <typename... Args>
-void Print(std::string& text, const char* format, Args... args) {
-    char part[96];  // numbers only
-    text.append(part, static_cast<std::size_t>(std::snprintf(part, sizeof part, format, args...)));
-}
 
 int KindOf(const CStreamObj* p) {
     return Internals::IsToken(p) ? otToken : otSyncMark;
@@ -25,12 +19,14 @@ int KindOf(const CStreamObj* p) {
 
 template <typename... Args>
 void MessageText::Write(const char* format, Args... args) {
-    Print(m_link.text, format, args...);
+    char part[96];  // numbers only
+    const int n = std::snprintf(part, sizeof part, format, args...);
+    m_with.text.append(part, static_cast<std::size_t>(n));
 }
 
 std::uint32_t MessageText::HandleOf(CStreamObj* p) {
     // What belongs to another container would not tell this table when it goes.
-    return BelongsTo(m_pPlexa, p) ? m_link.handles.OfObject(p) : m_link.handles.OfAddress(p);
+    return BelongsTo(m_pPlexa, p) ? m_with.handles.OfObject(p) : m_with.handles.OfAddress(p);
 }
 
 const char* MessageText::Inserted(CStreamObj* p) {
@@ -45,7 +41,7 @@ const char* MessageText::Inserted(CStreamObj* p) {
 
 const char* MessageText::Changed(CStreamObj* p) {
     Removed(p);
-    m_link.text.pop_back();
+    m_with.text.pop_back();
     WriteBody(p);
     return Text();
 }
@@ -66,10 +62,10 @@ void MessageText::WriteBody(CStreamObj* p) {
 }
 
 void MessageText::WriteToken(CToken* p) {
-    m_link.text += ' ';
+    m_with.text += ' ';
     for (int i = 0, n = Internals::NumFields(Internals::StreamOf(p)); i < n; ++i) {
-        m_link.text += '|';
-        if (const char* value = p->GetFieldValueString(i)) m_link.text += value;
+        m_with.text += '|';
+        if (const char* value = p->GetFieldValueString(i)) m_with.text += value;
     }
 }
 
@@ -84,6 +80,27 @@ void MessageText::WriteSyncMark(CSyncMark* p) {
     }
 }
 
+const char* MessageText::Stream(CStream* pStream) {
+    Begin();
+    const int nFields = Internals::NumFields(pStream);
+    Write("%3d %3d ", Internals::IndexOf(pStream), nFields);
+    m_with.text += Internals::Name(pStream);
+    // Every stream has a name field: it goes without saying.
+    for (int i = 1; i < nFields; ++i) {
+        CField* pField = Internals::Field(pStream, i);
+        int nValues = pField->GetNumPossibleValues();
+        if (nValues < 0 || nValues > kMostValuesDescribed) nValues = 0;
+        m_with.text += '|';
+        m_with.text += pField->GetFieldName();
+        Write(" %d %d ", static_cast<int>(pField->GetFieldType()), nValues);
+        for (int k = 0; k < nValues; ++k) {
+            m_with.text += '\n';
+            if (const char* value = pField->GetPossibleValues(k)) m_with.text += value;
+        }
+    }
+    return Text();
+}
+
 const char* MessageText::Language() {
     Begin();
     Write("%d.%d", m_pPlexa->GetLanguage(), m_pPlexa->GetDialect());
@@ -92,39 +109,18 @@ const char* MessageText::Language() {
 
 const char* MessageText::List(const CVarList* pList) {
     Begin();
-    Write("%#010x", m_link.handles.OfAddress(pList));
+    Write("%#010x", m_with.handles.OfAddress(pList));
     return Text();
 }
 
-const char* MessageText::Variable(const CVarList* pList, int i, const char* name) {
+const char* MessageText::Variable(const CVarList* pList, int i) {
     Begin();
     CStreamObj** ppVar = Internals::BoundVar(pList, i);
     Write("%1d %#010x %d %#010x ", Internals::IsDelayed(m_pPlexa) ? 1 : 0,
-          m_link.handles.OfAddress(pList), i, m_link.handles.OfAddress(ppVar));
-    m_link.text += name;
-    Write(" %#010x", m_link.handles.OfAddress(ReadHostVariable(ppVar)));
+          m_with.handles.OfAddress(pList), i, m_with.handles.OfAddress(ppVar));
+    m_with.text += Internals::VarName(pList, i);
+    Write(" %#010x", m_with.handles.OfAddress(ReadHostVariable(ppVar)));
     return Text();
-}
-
-std::string StreamDescription(CStream* pStream) {
-    std::string text;
-    const int nFields = Internals::NumFields(pStream);
-    Print(text, "%3d %3d ", Internals::IndexOf(pStream), nFields);
-    text += Internals::Name(pStream);
-    // Every stream has a name field: it goes without saying.
-    for (int i = 1; i < nFields; ++i) {
-        CField* pField = Internals::Field(pStream, i);
-        int nValues = pField->GetNumPossibleValues();
-        if (nValues < 0 || nValues > kMostValuesDescribed) nValues = 0;
-        text += '|';
-        text += pField->GetFieldName();
-        Print(text, " %d %d ", static_cast<int>(pField->GetFieldType()), nValues);
-        for (int k = 0; k < nValues; ++k) {
-            text += '\n';
-            if (const char* value = pField->GetPossibleValues(k)) text += value;
-        }
-    }
-    return text;
 }
 
 }  // namespace mlds

@@ -7,10 +7,10 @@
 
 #include "platform/numbertext.h"
 #include "platform/sockets.h"
-#include "viewer/handles.h"
-#include "viewer/report.h"
-#include "viewer/requestreader.h"
+#include "viewer/conversation.h"
+#include "viewer/link/requestreader.h"
 
+using mlds::ConversationAccess;
 using mlds::Internals;
 
 namespace {
@@ -58,7 +58,7 @@ void SetField(CToken* pToken, int i, const char* text) {
 void Edit(CPlexa* pPlexa, const char* text) {
     mlds::FieldEdit edit;
     if (!mlds::ReadFieldEdit(text, edit) || edit.kind != otToken) return;
-    const void* address = Internals::Link(pPlexa)->handles.Find(edit.handle);
+    const void* address = ConversationAccess::Current(pPlexa)->handles.Find(edit.handle);
     CToken* pToken = LinkedToken(pPlexa, address);
     if (pToken != nullptr) SetField(pToken, edit.field, edit.value.c_str());
 }
@@ -78,7 +78,7 @@ bool CPlexa::GrowMessageBuffer(int capacity) {
 // the viewer has closed behind them.
 int CPlexa::ReceiveRequests(bool& bClosed) {
     if (m_pMessageBuffer == nullptr && !GrowMessageBuffer(m_nMessageCapacity)) return 0;
-    const std::intptr_t s = Internals::RequestSocket(this);
+    const std::intptr_t s = ConversationAccess::RequestSocket(this);
     int n = 0;
     while (n < kMostPerPoll && mlds::platform::IsReadable(s)) {
         if (n == m_nMessageCapacity && !GrowMessageBuffer(n + kGrowth)) break;
@@ -93,17 +93,17 @@ int CPlexa::ReceiveRequests(bool& bClosed) {
 }
 
 void CPlexa::HandleRequests(int nBytes) {
-    mlds::ViewerLink* pLink = Internals::Link(this);
+    mlds::Conversation* pWith = ConversationAccess::Current(this);
     const std::string_view received(m_pMessageBuffer, static_cast<std::size_t>(nBytes));
-    const std::string all = pLink->pending + std::string(received);
+    const std::string all = pWith->pending + std::string(received);
     mlds::RequestBatch batch = mlds::ReadRequests(all);
-    if (!pLink->pending.empty() && (batch.bMalformed || batch.requests.empty())) {
+    if (!pWith->pending.empty() && (batch.bMalformed || batch.requests.empty())) {
         // A request whose end never came must not swallow those behind it.
         mlds::RequestBatch behind = mlds::ReadRequests(received);
         const bool bLost = batch.bMalformed && batch.requests.empty();
         if (bLost || !behind.requests.empty()) batch = std::move(behind);
     }
-    pLink->pending = batch.rest;
+    pWith->pending = batch.rest;
     for (const mlds::Request& request : batch.requests) {
         // An edit is reported, which may end the link like a goodbye.
         if (request.code == mlds::reqDisconnect) m_socket.Disconnect();
@@ -113,7 +113,7 @@ void CPlexa::HandleRequests(int nBytes) {
 }
 
 void CPlexa::ProcessRecvMsg() {
-    if (!m_bMessageEngine || Internals::RequestSocket(this) == 0) return;
+    if (!m_bMessageEngine || ConversationAccess::RequestSocket(this) == 0) return;
     bool bClosed = false;
     const int n = ReceiveRequests(bClosed);
     try {
@@ -121,7 +121,7 @@ void CPlexa::ProcessRecvMsg() {
     } catch (const std::bad_alloc&) {
         // Requests are lost, nothing else is.
     }
-    if (bClosed) Internals::CloseRequests(this);
+    if (bClosed) ConversationAccess::CloseRequests(this);
     m_bMessageEngine = true;
 }
 

@@ -8,11 +8,12 @@
 #include <thread>
 
 #include "engineserver.h"
+#include "report/messages.h"
 #include "support/tiers.h"
 #include "terminal.h"
 #include "viewer.h"
-#include "viewer/codes.h"
 #include "viewer/fakeviewer.h"
+#include "viewer/link/greetings.h"
 #include "words.h"
 
 using namespace mlds_test;

@@ -3,7 +3,8 @@
 
 #include <iostream>
 
-#include "viewer/codes.h"
+#include "report/messages.h"
+#include "viewer/link/greetings.h"
 
 namespace mlds_viewer {
 

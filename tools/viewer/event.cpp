@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "viewer/codes.h"
+#include "report/messages.h"
 
 namespace mlds_viewer {
 
@@ -174,20 +174,23 @@ Event ReadVariable(Scanner text, bool bDeclared) {
 }
 
 Event Read(const Message& message) {
+    const mlds::MessageKind* pKind = mlds::FindMessage(message.code);
+    if (pKind == nullptr) return Signal{message.code};
     Scanner text(message.text);
-    switch (message.code) {
-        case mlds::msgInserted: return ReadInserted(text);
-        case mlds::msgTokenChanged: return ReadChanged(text);
-        case mlds::msgRemoved: return Removed{ReadHead(text)};
-        case mlds::msgStream: return ReadStream(text);
-        case mlds::msgLanguage: return LanguageTold{message.text};
-        case mlds::msgListMade: return ListMade{text.Handle()};
-        case mlds::msgListGone: return ListGone{text.Handle()};
-        case mlds::msgVarAdded: return ReadVariable(text, true);
-        case mlds::msgVarUsed: return ReadVariable(text, false);
-        case mlds::msgText: return Said{message.text};
-        default: return Signal{message.code};
+    switch (pKind->payload) {
+        case mlds::Payload::inserted: return ReadInserted(text);
+        case mlds::Payload::changed: return ReadChanged(text);
+        case mlds::Payload::removed: return Removed{ReadHead(text)};
+        case mlds::Payload::stream: return ReadStream(text);
+        case mlds::Payload::language: return LanguageTold{message.text};
+        case mlds::Payload::list:
+            if (message.code == mlds::msgListMade) return ListMade{text.Handle()};
+            return ListGone{text.Handle()};
+        case mlds::Payload::variable: return ReadVariable(text, message.code == mlds::msgVarAdded);
+        case mlds::Payload::text: return Said{message.text};
+        case mlds::Payload::none: break;
     }
+    return Signal{message.code};
 }
 
 }  // namespace

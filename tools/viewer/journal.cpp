@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "viewer/codes.h"
+#include "report/messages.h"
 #include "words.h"
 
 namespace mlds_viewer {

@@ -13,8 +13,8 @@
 #include "commands.h"
 #include "engineserver.h"
 #include "printer.h"
+#include "report/messages.h"
 #include "terminal.h"
-#include "viewer/codes.h"
 #include "webserver.h"
 
 namespace {

@@ -3,8 +3,9 @@
 
 #include <cstdio>
 
-#include "viewer/codes.h"
-#include "viewer/wire.h"
+#include "report/messages.h"
+#include "viewer/link/requestreader.h"
+#include "viewer/link/wire.h"
 
 namespace mlds_viewer {
 
@@ -15,17 +16,6 @@ namespace {
 constexpr std::size_t kHeadSize = 8;  // of a text: type and length
 // No stream of a container has a description as long as this.
 constexpr std::uint32_t kLongestText = 1 << 24;
-
-bool HasText(int code) {
-    switch (code) {
-        case mlds::msgGoodbye:
-        case mlds::msgFullDump:
-        case mlds::msgContentsDump:
-        case mlds::msgDisplayNow:
-        case mlds::msgReserved: return false;
-        default: return true;
-    }
-}
 
 void AppendItem(std::string& packet, std::uint32_t type, const void* pValue, std::size_t n) {
     const auto length = static_cast<std::uint32_t>(n);
@@ -64,12 +54,13 @@ std::optional<Message> MessageReader::TakeMessage() {
     if (!Has(wire::kIntItemSize)) return std::nullopt;
     ExpectInt(0);
     const auto code = static_cast<int>(Word(4));
-    if (code != mlds::msgGoodbye && (code < mlds::msgFullDump || code > mlds::msgText)) {
+    const mlds::MessageKind* pKind = mlds::FindMessage(code);
+    if (pKind == nullptr) {
         throw ProtocolError("there is no message with the code " + std::to_string(code));
     }
     std::size_t end = wire::kIntItemSize;
     Message message{code, ""};
-    if (HasText(code)) {
+    if (pKind->payload != mlds::Payload::none) {
         const std::size_t text = end + kHeadSize;
         if (!Has(text)) return std::nullopt;
         if (Word(end) != wire::itemString || Word(end + 4) > kLongestText) {

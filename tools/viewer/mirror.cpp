@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "viewer/codes.h"
+#include "report/messages.h"
 
 namespace mlds_viewer {
 

@@ -11,7 +11,7 @@
 
 #include "mlds/field.h"
 #include "text.h"
-#include "viewer/codes.h"
+#include "viewer/link/requestreader.h"
 
 namespace mlds_viewer {
 

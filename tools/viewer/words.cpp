@@ -1,7 +1,7 @@
 // Messages in words.
 #include "words.h"
 
-#include "viewer/codes.h"
+#include "report/messages.h"
 
 namespace mlds_viewer {
 
@@ -54,13 +54,8 @@ public:
     std::string operator()(const Said& event) const { return "text: " + event.text; }
 
     std::string operator()(const Signal& event) const {
-        switch (event.code) {
-            case mlds::msgGoodbye: return "the engine says goodbye";
-            case mlds::msgFullDump: return "everything follows";
-            case mlds::msgContentsDump: return "the contents of the streams follow";
-            case mlds::msgDisplayNow: return "the change is complete";
-            default: return "message " + std::to_string(event.code);
-        }
+        const mlds::MessageKind* pKind = mlds::FindMessage(event.code);
+        return pKind != nullptr ? pKind->when : "message " + std::to_string(event.code);
     }
 
     std::string operator()(const Unintelligible& event) const {

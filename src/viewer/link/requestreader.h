@@ -1,15 +1,16 @@
 // Requests of the viewer as they come: a stream of bytes that may be cut anywhere.
-#ifndef MLDS_VIEWER_REQUESTREADER_H
-#define MLDS_VIEWER_REQUESTREADER_H
+#ifndef MLDS_VIEWER_LINK_REQUESTREADER_H
+#define MLDS_VIEWER_LINK_REQUESTREADER_H
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "viewer/codes.h"
-
 namespace mlds {
+
+/// What the viewer asks for.
+enum RequestCode { reqDisconnect = 4, reqSetField = 1004 };
 
 struct Request {
     int code;

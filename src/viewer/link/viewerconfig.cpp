@@ -1,6 +1,6 @@
 // The file that says where the viewer is: lines with "host" or "port" anywhere, and a value behind
 // the first '='.
-#include "viewer/viewerconfig.h"
+#include "viewer/link/viewerconfig.h"
 
 #include <cstdio>
 #include <cstring>

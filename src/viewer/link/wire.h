@@ -1,6 +1,6 @@
 // Items as bytes: a type code, a length for texts and data, and the value, all numbers big-endian.
-#ifndef MLDS_VIEWER_WIRE_H
-#define MLDS_VIEWER_WIRE_H
+#ifndef MLDS_VIEWER_LINK_WIRE_H
+#define MLDS_VIEWER_LINK_WIRE_H
 
 #include <algorithm>
 #include <cstdint>

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "viewer/wire.h"
+#include "viewer/link/wire.h"
 
 using namespace mlds::wire;
 

@@ -1,11 +1,11 @@
 // Reading the viewer's requests from bytes.
-#include "viewer/requestreader.h"
+#include "viewer/link/requestreader.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "platform/numbertext.h"
-#include "viewer/wire.h"
+#include "viewer/link/wire.h"
 
 namespace mlds {
 

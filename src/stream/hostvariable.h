@@ -3,8 +3,8 @@
 // They are CSyncMark* or CToken* variables, but their addresses are kept as CStreamObj**. Going
 // through memcpy keeps such accesses defined: the pointers have one representation, the types
 // differ.
-#ifndef MLDS_CONTAINER_HOSTVARIABLE_H
-#define MLDS_CONTAINER_HOSTVARIABLE_H
+#ifndef MLDS_STREAM_HOSTVARIABLE_H
+#define MLDS_STREAM_HOSTVARIABLE_H
 
 #include <cstring>
 

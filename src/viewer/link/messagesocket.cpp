@@ -4,14 +4,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 
-#include "internals.h"
 #include "platform/sockets.h"
-#include "viewer/codes.h"
-#include "viewer/handles.h"
-#include "viewer/viewerconfig.h"
-#include "viewer/wire.h"
+#include "viewer/link/greetings.h"
+#include "viewer/link/viewerconfig.h"
+#include "viewer/link/viewerlink.h"
+#include "viewer/link/wire.h"
 
 using namespace mlds::platform;
 using namespace mlds::wire;
@@ -113,8 +111,6 @@ bool CMessageSocket::Connect() {
     if (!m_bOwner || m_pBuffer == nullptr || !Start()) return false;
     const mlds::ViewerConfig config = mlds::ReadViewerConfig();
     if (!MakeAddress(m_address, config.host, config.port)) return false;
-    m_pLink = new (std::nothrow) mlds::ViewerLink;
-    if (m_pLink == nullptr) return false;
     m_sendSocket = Open();
     Greet(mlds::greetNotifications);
     Send();

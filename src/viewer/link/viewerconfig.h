@@ -1,6 +1,6 @@
 // Where the viewer is.
-#ifndef MLDS_VIEWER_VIEWERCONFIG_H
-#define MLDS_VIEWER_VIEWERCONFIG_H
+#ifndef MLDS_VIEWER_LINK_VIEWERCONFIG_H
+#define MLDS_VIEWER_LINK_VIEWERCONFIG_H
 
 #include <cstdint>
 

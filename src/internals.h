@@ -1,7 +1,16 @@
-// The library's own door to the private members of its classes.
+// The library's own door to the private members of its classes, for reading.
 //
-// The public headers show only what hosts use. Inside, streams, marks and the container work on
-// each other's links and tables; they do it through these functions and nowhere else.
+// The public headers show only what hosts use. Inside, streams, marks and the container look at
+// each other's links and tables through these functions. What is written stays with who keeps it
+// true, by the compiler's rule:
+//
+//   links and order indices                             OrderNumbering (stream/ordernumbering.h)
+//   whether an object is in a chain, or was             PlaceAccess (stream/placeaccess.h)
+//   which group a mark is in                            SyncTable (stream/synctable.h)
+//   what fields remember of their sets                  FieldAccess (stream/fieldaccess.h)
+//   variable lists and live fences                      ListAccess (container/listaccess.h)
+//   connections to a viewer                             ConversationAccess (viewer/conversation.h)
+//   which objects have a handle                         HandleAccess (viewer/handles.cpp)
 #ifndef MLDS_INTERNALS_H
 #define MLDS_INTERNALS_H
 
@@ -25,9 +34,9 @@ enum ObjectState : std::uint8_t {
 struct Internals {
     // Stream objects
     static_assert(CStreamObj::kInChain == (osLinked | osDetached));
-    static CStreamObj*& Next(CStreamObj* p) { return p->m_pNext; }
-    static CStreamObj*& Prev(CStreamObj* p) { return p->m_pPrev; }
-    static CStreamObj* Neighbour(CStreamObj* p, bool bRight) {
+    static CStreamObj* Next(const CStreamObj* p) { return p->m_pNext; }
+    static CStreamObj* Prev(const CStreamObj* p) { return p->m_pPrev; }
+    static CStreamObj* Neighbour(const CStreamObj* p, bool bRight) {
         return bRight ? p->m_pNext : p->m_pPrev;
     }
     static CStream* StreamOf(const CStreamObj* p) { return p->m_pStream; }
@@ -35,13 +44,7 @@ struct Internals {
     static bool IsOfType(const CStreamObj* p, ObjectType type) { return p->m_type == type; }
     static bool IsSyncMark(const CStreamObj* p) { return p->m_type == otSyncMark; }
     static std::uint8_t State(const CStreamObj* p) { return p->m_nState; }
-    /// Sets the bits that say where an object lies.
-    static void SetPlace(CStreamObj* p, int bits) {
-        p->m_nState = static_cast<std::uint8_t>(bits | (p->m_nState & osNamedAbroad));
-    }
-    static void SetNamedAbroad(CStreamObj* p) { p->m_nState |= osNamedAbroad; }
-    static std::uint32_t& Epoch(CStreamObj* p) { return p->m_nEpoch; }
-    static std::uint32_t& Index(CStreamObj* p) { return p->m_nOrderIndex; }
+    static std::uint32_t Epoch(const CStreamObj* p) { return p->m_nEpoch; }
     static bool IsLinked(const CStreamObj* p) { return (p->m_nState & osLinked) != 0; }
     /// In a stream's chain or in one that was cut out: the links are true.
     static bool IsInChain(const CStreamObj* p) { return (p->m_nState & CStreamObj::kInChain) != 0; }
@@ -56,7 +59,7 @@ struct Internals {
     static void Destroy(CStreamObj* p) { delete p; }
 
     // Sync marks
-    static CSyncMark**& SyncList(CSyncMark* p) { return p->m_ppSyncList; }
+    static CSyncMark** SyncList(const CSyncMark* p) { return p->m_ppSyncList; }
     static int RecordedStreams(const CSyncMark* p) { return p->m_nNumStreams; }
     static void LeaveGroup(CSyncMark* p) { p->RemoveFromSyncList(); }
     static bool Tie(CSyncMark* p, CSyncMark* pOther, SyncTable*& pSpare) {
@@ -71,15 +74,11 @@ struct Internals {
     }
 
     // Tokens
-    static FieldSlots*& Slots(CToken* p) { return p->m_pSlots; }
-    static std::uint16_t& ExtraOwners(CToken* p) { return p->m_nOwners; }
+    static FieldSlots* Slots(const CToken* p) { return p->m_pSlots; }
 
     // Fields
     static CFieldValueSet* Set(CField* p, int i) { return p->m_pSets[i]; }
     static int NumSets(const CField* p) { return p->m_nSets; }
-    static DerivedValues*& Derived(CField* p) { return p->m_pDerived; }
-    static CField*& ListedIn(CFieldValueSet* p) { return p->m_pListedIn; }
-    static int& Users(CFieldValueSet* p) { return p->m_nUsers; }
 
     // Streams
     static CStream* NewStream(CPlexa* pPlexa, int index);
@@ -99,11 +98,8 @@ struct Internals {
     static CField* Field(const CStream* p, int i) { return p->m_pFields[i]; }
     static int NumFields(const CStream* p) { return p->m_nFields; }
     static bool IsFenced(const CStream* p) { return p->m_bFence; }
-    static std::uint32_t& Destroyed(CStream* p) { return p->m_nDestroyed; }
-    static std::uint32_t& Absent(CStream* p) { return p->m_nAbsent; }
+    static std::uint32_t Destroyed(const CStream* p) { return p->m_nDestroyed; }
     static void Abandon(CStream* p) { p->Abandon(); }
-    static void DestroyShell(CStream* p) { delete p; }
-    static void SetFence(CStream* p, bool bOn);
 
     // The container
     static const CPlexa* Home(const CPlexa* p) { return p->m_pHome; }
@@ -120,12 +116,8 @@ struct Internals {
     static CVarList* TopVarList(const CPlexa* p) {
         return p->m_nVarLists > 0 ? p->m_pVarLists[p->m_nVarLists - 1] : nullptr;
     }
-    static CVarList*& FirstVarList(CPlexa* p) { return p->m_pFirstVarList; }
-    static void DropFromStack(CPlexa* p, const CVarList* pList);
-    static void FollowTop(CPlexa* p) { p->FollowTopVarList(); }
 
     // Variable lists
-    static void LetGoOfContainer(CVarList* p);
     static CPlexa* PlexaOf(const CVarList* p) { return p->m_pPlexa; }
     static const bool* Fences(const CVarList* p) { return p->m_bFences; }
     static const char* VarName(const CVarList* p, int i) { return p->m_szNames[i]; }

@@ -32,9 +32,12 @@ class CToken;
 class CVarList;
 
 namespace mlds {
-struct Internals;           // the library's own doors to private members
-struct ConversationAccess;  // that of the viewer's side
-struct HandleAccess;        // that of the table of handles
+struct Internals;           // the library's own doors to private members: for reading,
+struct PlaceAccess;         // for where objects lie,
+struct FieldAccess;         // for what fields remember,
+struct ListAccess;          // for variable lists and fences,
+struct ConversationAccess;  // for the connections to a viewer,
+struct HandleAccess;        // and for the table of handles
 class OrderNumbering;       // how a stream numbers its objects
 struct SyncTable;           // what the members of a synchrony group share
 struct ViewerLink;          // what is kept for a connected viewer

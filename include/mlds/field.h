@@ -64,6 +64,7 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::FieldAccess;
 
     static constexpr int kMaxValues = 30;
 
@@ -140,6 +141,7 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::FieldAccess;
 
     static constexpr int kMaxSets = 30;
 

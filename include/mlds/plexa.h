@@ -274,6 +274,7 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::ListAccess;
     friend struct mlds::ConversationAccess;
 
     static constexpr int kMaxStreams = 50;

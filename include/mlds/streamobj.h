@@ -117,6 +117,8 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::PlaceAccess;
+    friend class mlds::OrderNumbering;
     friend struct mlds::HandleAccess;
 
     static constexpr std::uint8_t kInChain = 17;  // the bits of m_nState that say so

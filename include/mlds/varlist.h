@@ -75,6 +75,7 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::ListAccess;
 
     static constexpr int kMaxVars = 50;
     static constexpr int kMaxStreams = 50;

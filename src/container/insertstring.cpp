@@ -5,19 +5,21 @@
 #include "internals.h"
 #include "stream/fieldslots.h"
 #include "stream/hostvariable.h"
+#include "stream/ordernumbering.h"
 
 using mlds::Bounds;
 using mlds::Internals;
 using mlds::Item;
 using mlds::ItemKind;
 using mlds::NotationReader;
+using mlds::OrderNumbering;
 using mlds::PartText;
 
 namespace {
 
 constexpr const char* kNameField = "name";
 
-// Tokens in no stream, chained through their right links in the order they were added.
+// Tokens in no stream, chained through their own links in the order they were added.
 class TokenQueue {
 public:
     TokenQueue() = default;
@@ -27,7 +29,11 @@ public:
         while (CToken* p = Take()) delete p;
     }
     void Add(CToken* p) {
-        (m_pFirst != nullptr ? Internals::Next(m_pLast) : m_pFirst) = p;
+        if (m_pFirst == nullptr) {
+            m_pFirst = p;
+        } else {
+            OrderNumbering::JoinLoose(m_pLast, p);
+        }
         m_pLast = p;
     }
     /// The first token, the caller's from then on; null if there is none.
@@ -35,7 +41,8 @@ public:
         auto* p = static_cast<CToken*>(m_pFirst);
         if (p == nullptr) return nullptr;
         m_pFirst = Internals::Next(p);
-        Internals::Next(p) = nullptr;
+        OrderNumbering::JoinLoose(p, nullptr);
+        OrderNumbering::JoinLoose(nullptr, m_pFirst);
         return p;
     }
 

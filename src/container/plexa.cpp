@@ -5,12 +5,14 @@
 #include <new>
 #include <utility>
 
+#include "container/listaccess.h"
 #include "internals.h"
 #include "mlds/okulog.h"
 #include "platform/sockets.h"
 #include "report/report.h"
 
 using mlds::Internals;
+using mlds::ListAccess;
 
 namespace {
 
@@ -93,7 +95,7 @@ CPlexa::~CPlexa() {
 
 // Lists may outlive their container.
 void CPlexa::LetGoOfVarLists() {
-    while (m_pFirstVarList != nullptr) Internals::LetGoOfContainer(m_pFirstVarList);
+    while (m_pFirstVarList != nullptr) ListAccess::LetGoOfContainer(m_pFirstVarList);
 }
 
 void CPlexa::Release() {

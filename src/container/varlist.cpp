@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "container/listaccess.h"
 #include "internals.h"
 #include "report/messages.h"
 #include "report/report.h"
@@ -10,6 +11,7 @@
 #include "stream/hostvariable.h"
 
 using mlds::Internals;
+using mlds::ListAccess;
 
 CVarList::CVarList(CPlexa* pPlexa)
     : m_pPlexa(pPlexa),
@@ -36,8 +38,8 @@ CVarList& CVarList::operator=(const CVarList& other) {
     for (int i = 0; i < m_nVars; ++i) DropDuplicate(i);
     if (m_pPlexa != other.m_pPlexa) {
         if (m_pPlexa != nullptr) {
-            Internals::DropFromStack(m_pPlexa, this);
-            Internals::FollowTop(m_pPlexa);
+            ListAccess::DropFromStack(m_pPlexa, this);
+            ListAccess::FollowTop(m_pPlexa);
             Delist();
             mlds::ForgetHandle(m_pPlexa, this);
         }
@@ -53,7 +55,7 @@ CVarList& CVarList::operator=(const CVarList& other) {
     std::memcpy(m_bFences, other.m_bFences, sizeof m_bFences);
     for (int i = 0; i < m_nVars; ++i) {
         if (m_types[i] == vtTokenPtr && m_pDup[i] != nullptr) {
-            ++Internals::ExtraOwners(static_cast<CToken*>(m_pDup[i]));
+            ++ListAccess::ExtraOwners(static_cast<CToken*>(m_pDup[i]));
         }
     }
     return *this;
@@ -62,8 +64,8 @@ CVarList& CVarList::operator=(const CVarList& other) {
 CVarList::~CVarList() {
     for (int i = 0; i < m_nVars; ++i) DropDuplicate(i);
     if (m_pPlexa == nullptr) return;
-    Internals::DropFromStack(m_pPlexa, this);
-    Internals::FollowTop(m_pPlexa);
+    ListAccess::DropFromStack(m_pPlexa, this);
+    ListAccess::FollowTop(m_pPlexa);
     Delist();
     mlds::ReportListGone(m_pPlexa, this);
     mlds::ForgetHandle(m_pPlexa, this);
@@ -71,7 +73,7 @@ CVarList::~CVarList() {
 
 // The container knows its lists, so that it can let go of those that outlive it.
 void CVarList::Enlist() {
-    CVarList*& pFirst = Internals::FirstVarList(m_pPlexa);
+    CVarList*& pFirst = ListAccess::First(m_pPlexa);
     m_pPrevList = nullptr;
     m_pNextList = pFirst;
     if (pFirst != nullptr) pFirst->m_pPrevList = this;
@@ -79,12 +81,11 @@ void CVarList::Enlist() {
 }
 
 void CVarList::Delist() {
-    (m_pPrevList != nullptr ? m_pPrevList->m_pNextList : Internals::FirstVarList(m_pPlexa)) =
-        m_pNextList;
+    (m_pPrevList != nullptr ? m_pPrevList->m_pNextList : ListAccess::First(m_pPlexa)) = m_pNextList;
     if (m_pNextList != nullptr) m_pNextList->m_pPrevList = m_pPrevList;
 }
 
-void mlds::Internals::LetGoOfContainer(CVarList* p) {
+void mlds::ListAccess::LetGoOfContainer(CVarList* p) {
     for (int i = 0; i < p->m_nVars; ++i) p->DropDuplicate(i);
     p->Delist();
     p->m_pPlexa = nullptr;
@@ -159,8 +160,8 @@ bool CVarList::HasVarOfKind(int i, bool bToken) const {
 void CVarList::DropDuplicate(int i) {
     if (m_types[i] == vtTokenPtr && m_pDup[i] != nullptr) {
         auto* pToken = static_cast<CToken*>(m_pDup[i]);
-        if (Internals::ExtraOwners(pToken) > 0) {
-            --Internals::ExtraOwners(pToken);
+        if (ListAccess::ExtraOwners(pToken) > 0) {
+            --ListAccess::ExtraOwners(pToken);
         } else {
             delete pToken;
         }

@@ -3,9 +3,11 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "container/listaccess.h"
 #include "internals.h"
 
 using mlds::Internals;
+using mlds::ListAccess;
 
 void CPlexa::PushVarListStack(CVarList* pVarList) {
     if (m_nVarLists == kMaxVarLists) return;
@@ -25,7 +27,7 @@ CVarList* CPlexa::GetCurrentVarList() {
     return Internals::TopVarList(this);
 }
 
-void mlds::Internals::DropFromStack(CPlexa* p, const CVarList* pList) {
+void mlds::ListAccess::DropFromStack(CPlexa* p, const CVarList* pList) {
     int nKept = 0;
     for (int i = 0; i < p->m_nVarLists; ++i) {
         if (p->m_pVarLists[i] != pList) p->m_pVarLists[nKept++] = p->m_pVarLists[i];
@@ -36,22 +38,22 @@ void mlds::Internals::DropFromStack(CPlexa* p, const CVarList* pList) {
 void CPlexa::FollowTopVarList() {
     const CVarList* pTop = Internals::TopVarList(this);
     for (int i = 0; i < m_nStreams; ++i) {
-        Internals::SetFence(m_pStreams[i], pTop != nullptr && Internals::Fences(pTop)[i]);
+        ListAccess::SetFence(m_pStreams[i], pTop != nullptr && ListAccess::Fences(pTop)[i]);
     }
 }
 
-void mlds::Internals::SetFence(CStream* p, bool bOn) {
+void mlds::ListAccess::SetFence(CStream* p, bool bOn) {
     if (p->m_bFence == bOn) return;
     p->m_bFence = bOn;
     p->m_pPlexa->m_nFenced += bOn ? 1 : -1;
 }
 
 void CPlexa::Fence(int streamIndex, bool bOn) {
-    if (CStream* pFenced = pStream(streamIndex)) Internals::SetFence(pFenced, bOn);
+    if (CStream* pFenced = pStream(streamIndex)) ListAccess::SetFence(pFenced, bOn);
 }
 
 void CPlexa::Fence(const char* name, bool bOn) {
-    if (CStream* pFenced = pStream(name)) Internals::SetFence(pFenced, bOn);
+    if (CStream* pFenced = pStream(name)) ListAccess::SetFence(pFenced, bOn);
 }
 
 bool CPlexa::Fence(int streamIndex) {
@@ -67,14 +69,14 @@ bool CPlexa::Fence(const char* name) {
 void CVarList::ClearFences() {
     for (int i = 0, n = Internals::NumStreams(m_pPlexa); i < n; ++i) {
         m_bFences[i] = false;
-        Internals::SetFence(Internals::Stream(m_pPlexa, i), false);
+        ListAccess::SetFence(Internals::Stream(m_pPlexa, i), false);
     }
 }
 
 void CVarList::FenceStream(int streamIndex) {
     if (streamIndex < 0 || streamIndex >= Internals::NumStreams(m_pPlexa)) return;
     m_bFences[streamIndex] = true;
-    Internals::SetFence(Internals::Stream(m_pPlexa, streamIndex), true);
+    ListAccess::SetFence(Internals::Stream(m_pPlexa, streamIndex), true);
 }
 
 void CVarList::SetFence(const char* names) {

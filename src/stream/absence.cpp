@@ -3,25 +3,27 @@
 
 #include <initializer_list>
 
+#include "stream/placeaccess.h"
+
 namespace mlds {
 
 void NoteRemoval(CStreamObj* p) {
     CStream* pStream = Internals::StreamOf(p);
-    if (!Internals::IsAbsent(p)) ++Internals::Absent(pStream);
-    Internals::SetPlace(p, osRemoved);
-    Internals::Epoch(p) = Internals::Destroyed(pStream);
+    if (!Internals::IsAbsent(p)) ++PlaceAccess::Absent(pStream);
+    PlaceAccess::Set(p, osRemoved);
+    PlaceAccess::SetEpoch(p, Internals::Destroyed(pStream));
     for (const bool bRight : {false, true}) {
         CStreamObj* pNamed = Internals::Neighbour(p, bRight);
         if (pNamed != nullptr && Internals::StreamOf(pNamed) != pStream) {
-            Internals::SetNamedAbroad(pNamed);
+            PlaceAccess::SetNamedAbroad(pNamed);
         }
     }
 }
 
 void NoteCut(CStreamObj* p, std::uint32_t origin) {
-    if (!Internals::IsAbsent(p)) ++Internals::Absent(Internals::StreamOf(p));
-    Internals::SetPlace(p, osDetached);
-    Internals::Epoch(p) = origin;
+    if (!Internals::IsAbsent(p)) ++PlaceAccess::Absent(Internals::StreamOf(p));
+    PlaceAccess::Set(p, osDetached);
+    PlaceAccess::SetEpoch(p, origin);
 }
 
 namespace {
@@ -29,20 +31,25 @@ namespace {
 void CountEverywhere(CPlexa* pPlexa) {
     for (int i = 0, n = Internals::NumStreams(pPlexa); i < n; ++i) {
         // While a container goes, its streams go one by one.
-        if (CStream* pStream = Internals::Stream(pPlexa, i)) ++Internals::Destroyed(pStream);
+        if (CStream* pStream = Internals::Stream(pPlexa, i)) ++PlaceAccess::Destroyed(pStream);
     }
 }
 
 }  // namespace
 
+void CountReturn(CStreamObj* p) {
+    --PlaceAccess::Absent(Internals::StreamOf(p));
+}
+
 void NoteEnd(CStreamObj* p) {
     if (!Internals::IsAbsent(p)) return;
     CStream* pStream = Internals::StreamOf(p);
     CPlexa* pPlexa = Internals::PlexaOf(pStream);
-    ++Internals::Destroyed(pStream);
+    ++PlaceAccess::Destroyed(pStream);
     if (pPlexa != nullptr && (Internals::State(p) & osNamedAbroad) != 0) CountEverywhere(pPlexa);
-    Internals::SetPlace(p, 0);
-    if (--Internals::Absent(pStream) == 0 && pPlexa == nullptr) Internals::DestroyShell(pStream);
+    PlaceAccess::Set(p, 0);
+    if (--PlaceAccess::Absent(pStream) == 0 && pPlexa == nullptr)
+        PlaceAccess::DestroyShell(pStream);
 }
 
 }  // namespace mlds

@@ -28,8 +28,9 @@ void NoteRemoval(CStreamObj* p);
 /// The object has come to lie in a chain that was cut out of the stream with the index `origin`.
 void NoteCut(CStreamObj* p, std::uint32_t origin);
 /// The object is about to be linked.
+void CountReturn(CStreamObj* p);
 inline void NoteReturn(CStreamObj* p) {
-    if (Internals::IsAbsent(p)) --Internals::Absent(Internals::StreamOf(p));
+    if (Internals::IsAbsent(p)) CountReturn(p);
 }
 /// The object goes, or becomes another one by assignment.
 void NoteEnd(CStreamObj* p);

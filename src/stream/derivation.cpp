@@ -5,6 +5,7 @@
 // character codes and indices of possible values. It is filled when first needed and dropped when a
 // set changes; other values, and fields whose table could not be had, are answered by walking.
 #include "stream/derivation.h"
+#include "stream/fieldaccess.h"
 
 #include <cstdint>
 #include <new>
@@ -32,7 +33,7 @@ int FirstSetWith(CField* pField, int value) {
 // Sets that memberwise copies of fields share tell only the field that made them.
 bool IsToldOfChanges(CField* pField) {
     for (int i = 0, n = Internals::NumSets(pField); i < n; ++i) {
-        if (Internals::ListedIn(Internals::Set(pField, i)) != pField) return false;
+        if (FieldAccess::ListedIn(Internals::Set(pField, i)) != pField) return false;
     }
     return true;
 }
@@ -48,12 +49,12 @@ DerivedValues* Remember(CField* pField, CField* pNameField) {
         const int value = DerivedValues::kLowest + static_cast<int>(i);
         new (pDerived->sets() + i) std::int32_t(FirstSetWith(pField, value));
     }
-    Internals::Derived(pField) = pDerived;
+    FieldAccess::Derived(pField) = pDerived;
     return pDerived;
 }
 
 int DerivedValue(CStream* pStream, CField* pField, int value) {
-    DerivedValues* pDerived = Internals::Derived(pField);
+    DerivedValues* pDerived = FieldAccess::Derived(pField);
     if (pDerived == nullptr && IsToldOfChanges(pField))
         pDerived = Remember(pField, Internals::Field(pStream, 0));
     if (pDerived != nullptr && value >= DerivedValues::kLowest && value <= pDerived->nHighest) {
@@ -76,8 +77,8 @@ void DeriveFields(CStream* pStream, FieldSlots* pSlots, int nameValue) {
 
 void ForgetDerivedValues(CField* pField) {
     if (pField == nullptr) return;
-    ::operator delete(Internals::Derived(pField));
-    Internals::Derived(pField) = nullptr;
+    ::operator delete(FieldAccess::Derived(pField));
+    FieldAccess::Derived(pField) = nullptr;
 }
 
 }  // namespace mlds

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "stream/derivation.h"
+#include "stream/fieldaccess.h"
 #include "stream/fixedtext.h"
 #include "stream/namedefaults.h"
 #include "stream/nameindex.h"
@@ -52,7 +53,7 @@ CField& CField::operator=(const CField& other) {
     m_pStream = other.m_pStream;
     std::memcpy(m_pSets, other.m_pSets, sizeof m_pSets);
     m_nSets = other.m_nSets;
-    for (int i = 0; i < m_nSets; ++i) ++Internals::Users(m_pSets[i]);
+    for (int i = 0; i < m_nSets; ++i) ++mlds::FieldAccess::Users(m_pSets[i]);
     m_pIndex = mlds::ShareBlock(other.m_pIndex);
     return *this;
 }
@@ -69,8 +70,9 @@ void CField::Release() {
     mlds::DropBlock(m_ppValues);
     mlds::DropBlock(m_pPool);
     for (int i = 0; i < m_nSets; ++i) {
-        if (Internals::ListedIn(m_pSets[i]) == this) Internals::ListedIn(m_pSets[i]) = nullptr;
-        if (--Internals::Users(m_pSets[i]) == 0) delete m_pSets[i];
+        if (mlds::FieldAccess::ListedIn(m_pSets[i]) == this)
+            mlds::FieldAccess::ListedIn(m_pSets[i]) = nullptr;
+        if (--mlds::FieldAccess::Users(m_pSets[i]) == 0) delete m_pSets[i];
     }
 }
 
@@ -171,7 +173,7 @@ CFieldValueSet* CField::CreateFieldValueSet(const char* name) {
     auto* pSet = new (std::nothrow) CFieldValueSet(m_pStream->GetField(0), m_nSets);
     if (pSet == nullptr) return nullptr;
     pSet->SetName(name);
-    Internals::ListedIn(pSet) = this;
+    mlds::FieldAccess::ListedIn(pSet) = this;
     m_pSets[m_nSets++] = pSet;
     mlds::ForgetDerivedValues(this);
     return pSet;

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "stream/absence.h"
+#include "stream/placeaccess.h"
 
 namespace mlds {
 
@@ -20,23 +21,23 @@ std::uint32_t Midpoint(std::uint32_t left, std::uint32_t right) {
     return left + ((right - left) >> 1);
 }
 
-void SetLinks(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight) {
-    Internals::Next(p) = pRight;
-    Internals::Prev(p) = pLeft;
-    Internals::Prev(pRight) = p;
-    Internals::Next(pLeft) = p;
-}
-
 }  // namespace
+
+void OrderNumbering::SetLinks(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight) {
+    p->m_pNext = pRight;
+    p->m_pPrev = pLeft;
+    pRight->m_pPrev = p;
+    pLeft->m_pNext = p;
+}
 
 OrderNumbering::OrderNumbering(CSyncMark* pFirst, CSyncMark* pLast)
     : m_pFirst(pFirst), m_pLast(pLast) {
-    Internals::Index(pFirst) = 0;
-    Internals::Index(pLast) = kLastIndex;
-    Internals::SetPlace(pFirst, osLinked | osSentinel);
-    Internals::SetPlace(pLast, osLinked | osSentinel);
-    Internals::Next(pFirst) = pLast;
-    Internals::Prev(pLast) = pFirst;
+    pFirst->m_nOrderIndex = 0;
+    pLast->m_nOrderIndex = kLastIndex;
+    PlaceAccess::Set(pFirst, osLinked | osSentinel);
+    PlaceAccess::Set(pLast, osLinked | osSentinel);
+    pFirst->m_pNext = pLast;
+    pLast->m_pPrev = pFirst;
 }
 
 OrderNumbering* OrderNumbering::CommonNumbering(CStreamObj* p, CStreamObj* pLeft,
@@ -65,15 +66,15 @@ void OrderNumbering::LinkHere(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRig
     const std::uint32_t right = IndexOf(pRight);
     SetLinks(p, pLeft, pRight);
     ++m_nLinked;
-    Internals::SetPlace(p, osLinked | osNumbered | osNewer);
-    Internals::Epoch(p) = m_nEpoch;
+    PlaceAccess::Set(p, osLinked | osNumbered | osNewer);
+    PlaceAccess::SetEpoch(p, m_nEpoch);
     const std::uint32_t middle = Midpoint(left, right);
     if (middle == left || middle == right) {
         NoteNumbering(p);
         return;
     }
-    Internals::Index(p) = middle;
-    if (m_pAnchor != nullptr && middle < Internals::Index(m_pAnchor)) ++m_nAnchorRank;
+    p->m_nOrderIndex = middle;
+    if (m_pAnchor != nullptr && middle < m_pAnchor->m_nOrderIndex) ++m_nAnchorRank;
 }
 
 // The rank of the object linked last, which the anchor's rank does not take into account yet. Looks
@@ -106,9 +107,9 @@ void OrderNumbering::NoteNumbering(CStreamObj* p) {
 }
 
 void OrderNumbering::Give(CStreamObj* p, std::uint32_t rank) {
-    Internals::Index(p) = rank * m_nStep;
-    Internals::Epoch(p) = m_nEpoch;
-    Internals::SetPlace(p, osLinked | osNumbered);
+    p->m_nOrderIndex = rank * m_nStep;
+    PlaceAccess::SetEpoch(p, m_nEpoch);
+    PlaceAccess::Set(p, osLinked | osNumbered);
 }
 
 // Finds the index of a numbered object from that of a computed one a few steps away, or from an
@@ -128,7 +129,7 @@ bool OrderNumbering::SettleFromNearby(CStreamObj* p) {
         if (!IsNewer(pLeft)) {
             ++nLeft;
             if (Internals::Epoch(pLeft) == m_nEpoch) {
-                Give(p, Internals::Index(pLeft) / m_nStep + nLeft);
+                Give(p, pLeft->m_nOrderIndex / m_nStep + nLeft);
                 return true;
             }
         }
@@ -140,7 +141,7 @@ bool OrderNumbering::SettleFromNearby(CStreamObj* p) {
         if (!IsNewer(pRight)) {
             ++nRight;
             if (Internals::Epoch(pRight) == m_nEpoch) {
-                Give(p, Internals::Index(pRight) / m_nStep - nRight);
+                Give(p, pRight->m_nOrderIndex / m_nStep - nRight);
                 return true;
             }
         }
@@ -175,8 +176,8 @@ void OrderNumbering::Unlink(CStreamObj* p) {
     if ((Internals::State(p) & osNumbered) != 0) NumberingOf(p)->Leave(p);
     CStreamObj* pNext = Internals::Next(p);
     CStreamObj* pPrev = Internals::Prev(p);
-    if (pPrev != nullptr) Internals::Next(pPrev) = pNext;
-    if (pNext != nullptr) Internals::Prev(pNext) = pPrev;
+    if (pPrev != nullptr) pPrev->m_pNext = pNext;
+    if (pNext != nullptr) pNext->m_pPrev = pPrev;
     NoteRemoval(p);
 }
 
@@ -192,47 +193,47 @@ void OrderNumbering::Detach(CStreamObj* pFirst, CStreamObj* pLast, const CStream
         if (pNumbering != nullptr) pNumbering->Leave(p);
         NoteCut(p, origin);
     }
-    Internals::Prev(pFirst) = nullptr;
-    Internals::Next(pLast) = nullptr;
-    Internals::Next(pLeft) = pRight;
-    Internals::Prev(pRight) = pLeft;
+    pFirst->m_pPrev = nullptr;
+    pLast->m_pNext = nullptr;
+    pLeft->m_pNext = pRight;
+    pRight->m_pPrev = pLeft;
 }
 
 void OrderNumbering::TakeOutOfDetached(CStreamObj* p) {
-    JoinDetached(Internals::Prev(p), Internals::Next(p));
+    JoinLoose(Internals::Prev(p), Internals::Next(p));
     NoteRemoval(p);
 }
 
-void OrderNumbering::JoinDetached(CStreamObj* pLeft, CStreamObj* pRight) {
-    if (pLeft != nullptr) Internals::Next(pLeft) = pRight;
-    if (pRight != nullptr) Internals::Prev(pRight) = pLeft;
+void OrderNumbering::JoinLoose(CStreamObj* pLeft, CStreamObj* pRight) {
+    if (pLeft != nullptr) pLeft->m_pNext = pRight;
+    if (pRight != nullptr) pRight->m_pPrev = pLeft;
 }
 
 void OrderNumbering::LinkDetached(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight) {
     LeaveDetached(p);
     SetLinks(p, pLeft, pRight);
     CStream* pStream = Internals::StreamOf(p);
-    const std::uint32_t left = Internals::Index(pLeft);
-    const std::uint32_t right = Internals::Index(pRight);
+    const std::uint32_t left = pLeft->m_nOrderIndex;
+    const std::uint32_t right = pRight->m_nOrderIndex;
     const std::uint32_t origin = Internals::Epoch(pLeft);
     NoteCut(p, origin);
-    Internals::Index(p) = Midpoint(left, right);
+    p->m_nOrderIndex = Midpoint(left, right);
     // An exhausted gap numbers the stream anew as ever, though it does not reach what was cut out.
-    if (Internals::Index(p) == left || Internals::Index(p) == right) {
+    if (p->m_nOrderIndex == left || p->m_nOrderIndex == right) {
         Internals::Numbering(pStream)->RenumberNow();
     }
 }
 
 void OrderNumbering::Attach(CStreamObj* pFirst, CStreamObj* pLast, CStreamObj* pLeft,
                             CStreamObj* pRight) {
-    Internals::Next(pLeft) = pFirst;
-    Internals::Prev(pFirst) = pLeft;
-    Internals::Prev(pRight) = pLast;
-    Internals::Next(pLast) = pRight;
+    pLeft->m_pNext = pFirst;
+    pFirst->m_pPrev = pLeft;
+    pRight->m_pPrev = pLast;
+    pLast->m_pNext = pRight;
     std::uint32_t n = 0;
     for (CStreamObj* p = pFirst; p != pRight; p = Internals::Next(p), ++n) {
         NoteReturn(p);
-        Internals::SetPlace(p, osLinked);
+        PlaceAccess::Set(p, osLinked);
     }
     if (!IsInOwnChain(pLeft) || NumberingOf(pLeft)->m_bAtOnce) {
         while (Internals::Prev(pLeft) != nullptr) pLeft = Internals::Prev(pLeft);
@@ -250,7 +251,7 @@ void OrderNumbering::Leave(CStreamObj* p) {
     --m_nLinked;
     if (p == m_pAnchor) {
         m_pAnchor = nullptr;
-    } else if (m_pAnchor != nullptr && Internals::Index(p) < Internals::Index(m_pAnchor)) {
+    } else if (m_pAnchor != nullptr && p->m_nOrderIndex < m_pAnchor->m_nOrderIndex) {
         --m_nAnchorRank;
     }
 }
@@ -258,7 +259,7 @@ void OrderNumbering::Leave(CStreamObj* p) {
 void OrderNumbering::NumberAtOnceFromNowOn() {
     SettleNow();
     for (CStreamObj* p = Internals::Next(m_pFirst); p != m_pLast; p = Internals::Next(p)) {
-        Internals::SetPlace(p, osLinked);
+        PlaceAccess::Set(p, osLinked);
     }
     m_pAnchor = nullptr;
     m_bAtOnce = true;
@@ -273,9 +274,9 @@ void OrderNumbering::LinkAcrossStreams(CStreamObj* p, CStreamObj* pLeft, CStream
     const std::uint32_t left = IndexOf(pLeft);
     const std::uint32_t right = IndexOf(pRight);
     SetLinks(p, pLeft, pRight);
-    Internals::SetPlace(p, osLinked);
-    Internals::Index(p) = Midpoint(left, right);
-    if (Internals::Index(p) != left && Internals::Index(p) != right) return;
+    PlaceAccess::Set(p, osLinked);
+    p->m_nOrderIndex = Midpoint(left, right);
+    if (p->m_nOrderIndex != left && p->m_nOrderIndex != right) return;
     CStreamObj* pStart = p;
     while (Internals::Prev(pStart) != nullptr) pStart = Internals::Prev(pStart);
     RenumberChain(pStart);
@@ -289,7 +290,7 @@ void OrderNumbering::RenumberChain(CStreamObj* pStart) {
     std::uint32_t rank = 0;
     for (CStreamObj* p = Internals::Next(pStart); Internals::Next(p) != nullptr;
          p = Internals::Next(p)) {
-        Internals::Index(p) = ++rank * step;
+        p->m_nOrderIndex = ++rank * step;
     }
 }
 

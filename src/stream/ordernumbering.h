@@ -49,8 +49,8 @@ public:
     /// Cuts the run of linked objects pFirst to pLast out of its chain, on behalf of the stream
     /// `pOrigin`. It is a chain of its own then, its objects keep their indices.
     static void Detach(CStreamObj* pFirst, CStreamObj* pLast, const CStream* pOrigin);
-    /// Links two objects of detached chains to each other; null ends a chain.
-    static void JoinDetached(CStreamObj* pLeft, CStreamObj* pRight);
+    /// Links two objects that are in no stream to each other; null ends a chain there.
+    static void JoinLoose(CStreamObj* pLeft, CStreamObj* pRight);
     /// Takes an object out of the detached chain that it lies in, if it lies in one.
     static void LeaveDetached(CStreamObj* p) {
         if ((Internals::State(p) & osDetached) != 0) TakeOutOfDetached(p);
@@ -63,7 +63,7 @@ public:
 
     static std::uint32_t IndexOf(CStreamObj* p) {
         if ((Internals::State(p) & osNumbered) != 0) NumberingOf(p)->SettleFor(p);
-        return Internals::Index(p);
+        return p->m_nOrderIndex;
     }
 
     /// Carries out a numbering that is pending.
@@ -83,6 +83,7 @@ private:
     static OrderNumbering* CommonNumbering(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight,
                                            const CStream* pVia);
     static void LinkAcrossStreams(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight);
+    static void SetLinks(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight);
     static void RenumberChain(CStreamObj* pStart);
     static void TakeOutOfDetached(CStreamObj* p);
 

@@ -91,8 +91,8 @@ void Isolate(CStreamObj* pFirst, CStreamObj* pLast) {
     CStreamObj* pBehind = Internals::Next(pLast);
     const bool bTokensMeet = pBefore != nullptr && pBehind != nullptr &&
                              Internals::IsToken(pBefore) && Internals::IsToken(pBehind);
-    OrderNumbering::JoinDetached(pBefore, bTokensMeet ? nullptr : pBehind);
-    if (bTokensMeet) OrderNumbering::JoinDetached(nullptr, pBehind);
+    OrderNumbering::JoinLoose(pBefore, bTokensMeet ? nullptr : pBehind);
+    if (bTokensMeet) OrderNumbering::JoinLoose(nullptr, pBehind);
 }
 
 bool IsMark(const CStreamObj* p) {

@@ -34,7 +34,7 @@ struct SyncTable {
     }
     static void PointTo(CSyncMark* pMark, SyncTable* pTable) {
         ++pTable->nMarks;
-        Internals::SyncList(pMark) = pTable->slots;
+        pMark->m_ppSyncList = pTable->slots;
     }
     static void Join(CSyncMark* pMark, SyncTable* pTable) {
         PointTo(pMark, pTable);
@@ -43,8 +43,8 @@ struct SyncTable {
         if (slot >= pTable->nUsed) pTable->nUsed = static_cast<std::uint16_t>(slot + 1);
     }
     static void LetGo(CSyncMark* pMark) {
-        SyncTable* pTable = Of(Internals::SyncList(pMark));
-        Internals::SyncList(pMark) = nullptr;
+        SyncTable* pTable = Of(pMark->m_ppSyncList);
+        pMark->m_ppSyncList = nullptr;
         if (--pTable->nMarks == 0) Free(pTable);
     }
 };

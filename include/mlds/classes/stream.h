@@ -144,6 +144,8 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::PlaceAccess;
+    friend struct mlds::ListAccess;
 
     static constexpr int kMaxFields = 50;
     static constexpr int kMaxName = 50;

@@ -71,6 +71,7 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::SyncTable;
 
     ~CSyncMark() override;
     void RemoveFromSyncList();

@@ -85,6 +85,7 @@ public:
 
 private:
     friend struct mlds::Internals;
+    friend struct mlds::ListAccess;
 
     mlds::FieldSlots* m_pSlots;
     char m_szNumber[20];

@@ -10,28 +10,35 @@ rm -rf "$dir"
 mkdir -p "$dir"
 cd "$dir"
 
+transcribe() {
+    timeout 60 "$transcribe" "$@"
+}
+
 fail() {
     echo "$*"
     exit 1
 }
 
-"$transcribe" "$sample" >expected.txt
+transcribe "$sample" >expected.txt
 printf 'host = 127.0.0.1\nport = 1\n' >plexaview.cfg # where nobody listens
 status=0
-"$transcribe" --view "$sample" >/dev/null 2>errors.txt || status=$?
+transcribe --view "$sample" >/dev/null 2>errors.txt || status=$?
 [ $status -eq 1 ] || fail "without a viewer: status $status"
 grep -q 'no viewer answers' errors.txt || fail "without a viewer: $(cat errors.txt)"
 
 "$viewer" --port 0 --no-web --log </dev/null >log.txt &
 viewer_id=$!
 trap 'kill $viewer_id' EXIT
-while ! grep -q '^engines: ' log.txt; do sleep 0.05; done
+for _ in $(seq 200); do
+    ! grep -q '^engines: ' log.txt || break
+    sleep 0.05
+done
 sed -n 's/^engines: \(.*\):\(.*\)/host = \1\nport = \2/p' log.txt >plexaview.cfg
 
-"$transcribe" --view "$sample" >viewed.txt
+transcribe --view "$sample" >viewed.txt
 cmp expected.txt viewed.txt
 # Three steps, and then without.
-printf '\n\nxyz\nc\n' | "$transcribe" --step "$sample" >stepped.txt 2>steps.txt
+printf '\n\nxyz\nc\n' | transcribe --step "$sample" >stepped.txt 2>steps.txt
 cmp expected.txt stepped.txt
 [ "$(grep -c 'Enter: next' steps.txt)" -eq 4 ] || fail "steps: $(cat steps.txt)"
 

@@ -1,6 +1,8 @@
 // Marks: one field set on every token between two marks. Durations: field 0 as time.
 #include <gtest/gtest.h>
 
+#include <climits>
+
 #include "support/tiers.h"
 
 using namespace mlds_test;
@@ -248,9 +250,13 @@ TEST(SetDuration, ScalesByThousandthsAndCarries) {
                 {{3, 3}, -4, "||-1|-1||"},
                 {{0, 0}, 10, nullptr},
                 {{5, -5}, 10, nullptr},
-                {{100}, 2147484, nullptr},          // times 1000 is too much
+                {{100}, 2147484, nullptr},  // times 1000 is too much
+                {{100}, -2147484, nullptr},
+                {{100}, 2147483, "||2147483||"},
                 {{3000000, -2999999}, 2, nullptr},  // a token would overflow
-                {{100}, 2147483, "||2147483||"}};
+                {{1073741824, -1073740824}, 2, nullptr},
+                {{1073741823, -1073740823}, 2, "||2147484|-2147481||"},
+                {{INT_MAX, INT_MIN, 1001}, 1, "||2147484|-2147483|1||"}};
     for (const auto& row : rows) {
         Times s(row.lengths);
         const std::string before = s.Lengths();

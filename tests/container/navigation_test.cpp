@@ -90,6 +90,7 @@ TEST(Navigation, AdjacentMoveAndBracket) {
                  "Bracket a.3 7 a p -> 1 null p.0",
                  "Bracket a.start right a w -> 1 null null",
                  "Bracket a.1 right p a -> 1 a.1 a.4",
+                 "Bracket a.1 right p -> 1 p.0 p.1",
                  "Bracket a.2 right p -> 0 null null"});
 }
 

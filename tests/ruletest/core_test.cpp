@@ -163,10 +163,43 @@ TEST_F(CoreTest, AnObserverMayThrow) {
     } thrower;
     m_x = m_tiers.MarkAt("inp.0");
     m_bWatched = false;
+    m_list.SetFence("phone");
     m_tiers.plexa.SetTestObserver(&thrower);
-    EXPECT_THROW(Test(Adj(Ptr(x), Any(), AssignTok(t, AssignTok(t, Any())))), int);
+    EXPECT_THROW(Test(Adj(Anchor(Ptr(x)), Any(), AssignTok(t, AssignTok(t, Any())))), int);
     m_tiers.plexa.SetTestObserver(nullptr);
+    EXPECT_FALSE(Test(Adj(Ptr(x), Any()))) << "the anchored place is forgotten";
+    m_tiers.plexa.Fence("phone", false);
     EXPECT_TRUE(Test(Adj(Ptr(x), Any()))) << "the test before is over";
+}
+
+// What an observer hears of a test, and where the interpreter says fences do not hold.
+TEST_F(CoreTest, AnObserverHearsOfTheWholeTest) {
+    struct Listener : CPlexaTestObserver {
+        explicit Listener(CPlexaTest& tested) : test(tested) {}
+        void BeforeTest(const char* name, int base) override {
+            heard += std::string(name) + std::to_string(base) + Free();
+        }
+        void AfterTest(bool bHolds) override { heard += (bHolds ? "yes" : "no") + Free(); }
+        void AfterInstruction(const CPlexaTestStep& step, PTestFuncReturnType) override {
+            heard += std::to_string(step.instruction[0]) + Free();
+        }
+        std::string Free() const { return "(" + Where(test.getSyncMarkItsOKtoAdvanceFrom()) + ")"; }
+        CPlexaTest& test;
+        std::string heard;
+    };
+    m_x = m_tiers.MarkAt("inp.2");
+    CPlexaTest test(&m_tiers.plexa);
+    Listener listener(test);
+    test.SetObserver(&listener);
+    const unsigned char program[][5] = {
+        {0, 0, 0, 0, 0}, {0, 3, 0, 0, 1}, {3, 2, 0, 0, 0}, {34, 0, 0, 0, x}, {22, 0, 0, 0, 0}};
+    EXPECT_TRUE(test.Test("rule", program, 1));
+    EXPECT_EQ(listener.heard, "rule1(null)34(null)3(inp.2)yes(null)");
+    EXPECT_EQ(test.getSyncMarkItsOKtoAdvanceFrom(), nullptr);
+    listener.heard.clear();
+    m_x = nullptr;
+    EXPECT_FALSE(test.Test("again", program, 1));
+    EXPECT_EQ(listener.heard, "again1(null)34(null)3(null)no(null)");
 }
 
 }  // namespace

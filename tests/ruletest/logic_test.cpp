@@ -57,7 +57,12 @@ TEST_F(LogicTest, StarIsLazyAndLoopsThroughItsOperand) {
            {"inp.0", find(0, AngleBrkt(Is('a'))), "inp.4!"},
            {"inp.0", find(0, AngleBrkt(Or(Is('a'), Is('o')))), "inp.2!"},
            {"inp.0", find(0, AngleBrkt(Is('x'))), "no"},
-           {"inp.4<", find(Limit(-1), AngleBrkt(Is('h'))), "inp.0!"}});
+           {"inp.4<", find(Limit(-1), AngleBrkt(Is('h'))), "inp.0!"},
+           // Beyond the last mark there is nothing, not even what would match there.
+           {"inp.end", Star(See('a'), 0, See('b')), "no"},
+           {"inp.start<", Star(See('a'), 0, See('b')), "no"},
+           {"inp.end", Stars(Fail(), 0, See('b')), "no"},
+           {"inp.start<", Stars(Fail(), 0, See('b')), "no"}});
     for (const char* limit : {"inp.2", "phone.2"}) {
         m_y = m_tiers.MarkAt(limit);
         Check({{"inp.0", find(Limit(y), AngleBrkt(Is('l'))), "inp.3!"},
@@ -85,6 +90,9 @@ TEST_F(LogicTest, StarFailsAndStarsMatchesWithoutALimit) {
         Check({{"inp.2", Star(See('a'), Limit(variable), See('b')), "no"},
                {"inp.2", Stars(See('a'), Limit(variable), See('b')), "inp.2"}});
     }
+    m_y = m_tiers.MarkAt("phone.2");  // where Star is not repeated
+    Check({{"inp.2", Star(See('a'), Limit(y), Fail()), "no"},
+           {"inp.1", Star(See('a'), Limit(y), Fail()), "inp.1 a>"}});
     m_y = m_tiers.MarkAt("inp.3");
     Check({{"inp.1", Stars(Any(), Limit(y), See('b')), "no"},  // goes past it
            {"inp.2<", Star(See('a'), Limit(y), See('b')), "no"},

@@ -112,7 +112,9 @@ TEST_F(PointersTest, MovesSlideOverARunOfMarks) {
     });
     m_tiers.plexa.SetDefaultTimeStream(m_tiers["phone"]);
     Check({{"inp.2", TimeMoveLeft(Stay()), "phone.1"},
-           {"inp.2", TimeMoveRight(Stay()), "no"},
+           {"inp.2", TimeMoveRight(Stay()), "no"},  // a token is next
+           {"word.1", TimeMoveRight(Stay()), "phone.2"},
+           {"word.1<", TimeMoveRight(Stay()), "phone.2"},
            {"inp.1", TimeMoveLeft(Stay()), "no"},
            {"inp.3<", TimeMoveLeft(Any()), "phone.1"},
            {"inp.2", TimeMoveLeft(Fail()), "no"}});

@@ -150,6 +150,25 @@ TEST(FieldValueSet, TakesRangesOnceUntilCleared) {
     EXPECT_EQ(Schema::Members(p), "-12345");
 }
 
+// A field that was copied into another stream shares the sets, and follows what becomes of them.
+TEST(FieldValueSet, IsSharedByCopiesOfItsField) {
+    Schema s;
+    s.pOther->CreateFieldValueSet("first");
+    CFieldValueSet* pSet = s.pOther->CreateFieldValueSet("set");
+    pSet->AddIncludeValue("a");
+    CStream* pStream = s.plexa.pStream(s.plexa.AddStream("copied"));
+    *pStream->AddField("name") = *s.pName;
+    *pStream->AddField("other") = *s.pOther;
+    const auto derived = [&](const char* name) {
+        return std::pair(CToken(s["s"], name).GetFieldValueIndex(1),
+                         CToken(pStream, name).GetFieldValueIndex(1));
+    };
+    EXPECT_EQ(derived("a"), std::pair(1, 1));
+    EXPECT_EQ(derived("b"), std::pair(0, 0)) << "in no set";
+    pSet->AddIncludeValue("b");
+    EXPECT_EQ(derived("b"), std::pair(1, 1));
+}
+
 TEST(FieldValueSet, ListIsLimitedAndOverNames) {
     Schema s;
     CField* pField = s.pOther;
@@ -166,7 +185,8 @@ TEST(FieldValueSet, ListIsLimitedAndOverNames) {
     EXPECT_EQ(pField->GetNumFieldValueSets(), 30);
     EXPECT_EQ(pField->GetFieldValueSet("set"), p);  // the first
     EXPECT_TRUE(!pField->GetFieldValueSet("Set") && !pField->GetFieldValueSet(-1) &&
-                !pField->GetFieldValueSet(30));
+                !pField->GetFieldValueSet(30) &&
+                !pField->GetFieldValueSet(static_cast<const char*>(nullptr)));
 }
 
 TEST(NameDefaults, ReadTheirValues) {

@@ -29,4 +29,29 @@ TEST(Ranking, GoesByTheNumberOfMarks) {
     }
 }
 
+TEST(Registry, KeepsWhatTheHostTellsIt) {
+    int engine = 0;
+    auto* pEngine = reinterpret_cast<CEngine*>(&engine);  // the library never looks into it
+    CPlexa plexa(pEngine);
+    EXPECT_EQ(plexa.getEngine(), pEngine);
+    EXPECT_EQ(plexa.GetDefaultTimeStream(), nullptr);
+    EXPECT_EQ(plexa.GetLanguage() * 10 + plexa.GetDialect(), 0);
+    EXPECT_FALSE(plexa.isSynthesisAbort());
+    CStream* pStream = plexa.pStream(plexa.AddStream("time"));
+    plexa.SetLanguage(3);
+    plexa.SetDialect(4);
+    plexa.setAbort(true);
+    EXPECT_TRUE(plexa.SetDefaultTimeStream(pStream));
+    plexa.CPlexaReset();
+    const CPlexa copy(plexa);
+    for (CPlexa p : {plexa, copy}) {
+        EXPECT_EQ(p.GetLanguage() * 10 + p.GetDialect(), 34);
+        EXPECT_TRUE(p.isSynthesisAbort());
+        EXPECT_EQ(p.GetDefaultTimeStream(), pStream);
+        EXPECT_EQ(p.getEngine(), pEngine);
+    }
+    plexa.setAbort(false);
+    EXPECT_FALSE(plexa.isSynthesisAbort());
+}
+
 }  // namespace

@@ -97,6 +97,21 @@ TEST(Synchrony, KeepsDisplacedMarksSafe) {
     EXPECT_EQ(Ties(leaves.plexa), "b.0!");
     EXPECT_FALSE(leaves.MarkAt("a.0")->IsSynchronous());
 
+    // Whose group has come to its end, by going or by merging, is alone and joins as such.
+    for (const bool bFirst : {true, false}) {
+        FourTiers ended("a.0=b.0"), one("a.0=b.0 c.0=d.0");
+        EXPECT_TRUE(ended.Join("a.0", "b.1") && one.Join("a.0", "b.1") && one.Join("c.0", "a.0"));
+        ended["a"]->RemoveStreamObj(ended.At("a.0"), true);
+        EXPECT_EQ(Ties(ended.plexa), "b.0!");
+        for (FourTiers* p : {&ended, &one}) {
+            EXPECT_TRUE(bFirst ? p->Join("b.0", "d.1") : p->Join("d.1", "b.0"));
+            EXPECT_EQ(Where(p->MarkAt("b.0")->GetCorrespondingSyncMark(3)), "d.1");
+            EXPECT_EQ(CheckStructure(p->plexa), "");
+        }
+        EXPECT_EQ(Ties(ended.plexa), "b.0=d.1");
+        EXPECT_EQ(Ties(one.plexa), "a.0=b.1=c.0=d.0 b.0=d.1");
+    }
+
     FourTiers merged("a.0=b.0 c.0=d.0");
     EXPECT_TRUE(merged.Join("a.0", "b.1") && merged.Join("c.0", "a.0"));
     EXPECT_EQ(Ties(merged.plexa), "a.0=b.1=c.0=d.0 b.0!");

@@ -1,6 +1,7 @@
 // Rule tests as text, as a graph and as bytes.
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <fstream>
 #include <sstream>
 
@@ -79,6 +80,10 @@ TEST(TestAssembler, OperandsBecomeBytes) {
         {"Eq %phone.vowel 'no'", "1a 00 04 05 00|02 00 00 00 01  Enum %phone.vowel:'no'"},
         {"Eq '\\xe9' %inp.name", "1a 00 05 04 00|02 ff ff ff e9  Enum %inp.name:'\\xe9'"},
         {"Lt %inp.n -2", "1c 00 04 05 00|16 ff ff ff fe  ConstInt -2"},
+        {"Eq %inp.open 'yes'", "1a 00 04 05 00|02 00 00 00 01  Enum %inp.open:'yes'"},
+        {"Eq 'no' %inp.open", "1a 00 05 04 00|02 00 00 00 00  Enum %inp.open:'no'"},
+        {"Eq %inp.open 2", "1a 00 04 05 00|16 00 00 00 02  ConstInt 2"},
+        {"Eq %inp.f '0.5'", "1a 00 04 05 00|02 3f 00 00 00"},
         {"Eq %phone.name:tS 2", "1a 00 04 05 00|02 00 00 00 02  Enum %phone.name:'tS'"},
     };
     for (const auto& [source, rows] : cases) {
@@ -112,6 +117,8 @@ TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
         {"SyncTest k", "3:13: error: expected a stream that is declared, not number 4"},
         {"Eq %inp.x 1", "3:12: error: expected a field of stream inp, found x"},
         {"Eq %inp.name 'ch'", "3:17: error: expected one character"},
+        {"Eq %inp.open 'maybe'", "3:17: error: expected yes or no"},
+        {"Eq %inp.f 'x'", "3:14: error: expected a number"},
         {"Eq %phone.both 'y'", "3:19: error: expected a number, as this is value 1 and set 0"},
         {"Eq 1 'c'", "3:9: error: expected %stream.field:value"},
         {"Star p limit p", "3:17: error: expected an instruction with a constant"},
@@ -141,6 +148,132 @@ TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
     EXPECT_EQ(Assembler(Names()).Assemble(longest + "end", "t").size(), 256);
     EXPECT_THAT(Assembler(Names()).Assemble(longest + "Tok 2\nend", "t").diagnostics().Text(),
                 HasSubstr("t:1:1: error: expected at most 256 instructions"));
+}
+
+// What is said of a test whose context, on that side, is the pattern x. The pattern p stays where
+// it is, a moves.
+std::string SaidOf(const std::string& side, const std::string& x) {
+    const std::string text = "test t %inp\nfocus p\nx: " + x + "\np: Ptr ^c\na: AngleBrkt\n" +
+                             "v: Add 1 w\nw: Negate %inp.n\n" + side + " x\n" +
+                             // All is used somewhere.
+                             (side == "right" ? "left" : "right") +
+                             " u\nu: AngleBrkt r then a\nr: Gt v w\nend";
+    return Assembler(Names()).Assemble(text, "t").diagnostics().Text();
+}
+
+TEST(TestAssembler, OnlyPatternsThatMoveAreRepeated) {
+    const std::vector<std::string> stay = {"Ptr ^c",
+                                           "Tok $seen",
+                                           "Eq %inp.n 1",
+                                           "Anchor p",
+                                           "Or p a",
+                                           "Or a p",
+                                           "Or a _",
+                                           "And a p",
+                                           "Adj p p",
+                                           "Adj p _ then p",
+                                           "Plexa %phone p",
+                                           "Plexa %phone p then p",
+                                           "NotEq 1 2",
+                                           "Lt 1 2",
+                                           "Le 1 2",
+                                           "Gt 1 2",
+                                           "Ge 1 2",
+                                           "NameEq 1 1",
+                                           "ParentPtr ^c",
+                                           "ParentPtr ^c then p",
+                                           "Not a",
+                                           "Star a",
+                                           "Stars a",
+                                           "Stars a then p",
+                                           "StarsNoBkup a then p",
+                                           "Qmark a",
+                                           "Qmarks a",
+                                           "AssignPtr ^c",
+                                           "AssignTok $seen",
+                                           "SyncTest %phone"};
+    const std::vector<std::string> move = {"AngleBrkt",
+                                           "AngleBrkt p then p",
+                                           "AdjacencyTest",
+                                           "Tok $seen then p",
+                                           "Anchor a",
+                                           "Or a a",
+                                           "Or _ a",
+                                           "And p a",
+                                           "Adj a p",
+                                           "Adj p a",
+                                           "Adj p p then a",
+                                           "Plexa %phone a",
+                                           "Plexa %phone p then a",
+                                           "NotEq %inp.n 2",
+                                           "Lt 1 %inp.n",
+                                           "Le v 2",
+                                           "Gt 2 v",
+                                           "Ge %inp.n %inp.n",
+                                           "NameEq v 1",
+                                           "NameEq 1 1 then a",
+                                           "ParentPtr $seen",
+                                           "ParentPtr ^c then a",
+                                           "Not a then a",
+                                           "Star a then a",
+                                           "Stars a then a",
+                                           "StarsNoBkup a then a",
+                                           "Qmark a then a",
+                                           "Qmarks a then a",
+                                           "AssignPtr ^c then a",
+                                           "AssignTok $seen then a",
+                                           "SyncTest %phone then a",
+                                           "MoveRight _ p",
+                                           "TimeMoveLeft p",
+                                           "RightContext %phone p"};
+    const auto expect = [](const char* side, const std::string& pattern, bool bStays) {
+        const std::string stars = SaidOf(side, "Stars q then p\nq: " + pattern);
+        const std::string noBackup = SaidOf(side, "StarsNoBkup q then p\nq: " + pattern);
+        const char* const warning = "t:3:10: warning: expected a pattern that moves";
+        EXPECT_EQ(bStays ? stars.substr(0, std::strlen(warning)) : stars, bStays ? warning : "")
+            << side << ' ' << pattern;
+        EXPECT_EQ(noBackup.find("t:3:16: error: expected a pattern that moves"),
+                  bStays ? 0 : std::string::npos)
+            << side << ' ' << pattern;
+    };
+    for (const std::string& pattern : stay) expect("right", pattern, true);
+    for (const std::string& pattern : move) expect("right", pattern, false);
+    // To the left the second operand comes first.
+    for (const char* pattern : {"Or _ a", "And p a"}) expect("left", pattern, true);
+    for (const char* pattern : {"Or a _", "And a p", "Adj a p"}) expect("left", pattern, false);
+    const std::string focus =
+        "test t %inp\nfocus f\nf: Anchor x leftward\nx: Stars q then p\n"
+        "p: Ptr ^c\na: AngleBrkt\nq: ";
+    const auto said = [&](const char* pattern) {
+        return Assembler(Names()).Assemble(focus + pattern + "\nend", "t").diagnostics().Text();
+    };
+    EXPECT_THAT(said("And p a"), HasSubstr("t:4:10: warning"));
+    EXPECT_EQ(said("And a p"), "");
+}
+
+TEST(TestAssembler, CirclesMustMove) {
+    const char* const still[] = {
+        "Star a then x",     "Not p then x",        "AngleBrkt x",
+        "Adj p x",           "Adj p p then x",      "Plexa %phone p then x",
+        "NameEq 1 1 then x", "ParentPtr ^c then x", "AssignPtr ^c then x",
+        "Anchor x",          "Stars q\nq: Or a x",  "Or a q\nq: And x a"};
+    const char* const moving[] = {"Adj a x",
+                                  "Adj p a then x",
+                                  "Plexa %phone a then x",
+                                  "Stars a then x",
+                                  "AngleBrkt _ then x",
+                                  "NameEq v 1 then x",
+                                  "ParentPtr $seen then x",
+                                  "Tok $seen then x",
+                                  "AdjacencyTest then x",
+                                  "Star q then p\nq: AngleBrkt _ then x",
+                                  "Or q q\nq: Not p then p"};
+    for (const char* pattern : still) {
+        EXPECT_THAT(SaidOf("right", pattern), HasSubstr("the test can come back here")) << pattern;
+    }
+    for (const char* pattern : moving) EXPECT_EQ(SaidOf("right", pattern), "") << pattern;
+    EXPECT_THAT(SaidOf("right", "Adj x a"), HasSubstr("t:3:4: warning: the test can come back"));
+    EXPECT_EQ(SaidOf("left", "Adj x a"), "");
 }
 
 }  // namespace

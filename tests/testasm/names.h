@@ -12,6 +12,8 @@ inline mlds_testasm::Schema Names() {
     return mlds_testasm::ReadSchema(R"(stream inp
 field name char
 field n int
+field open bool
+field f float
 stream phone
 field name enum a e 'tS'
 field vowel enum yes no

@@ -3,12 +3,16 @@
 #define MLDS_TESTS_VIEWER_FAKEVIEWER_H
 
 #include <arpa/inet.h>
+#include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
@@ -34,6 +38,15 @@ inline Bytes TextItem(const std::string& text) {
 }
 inline Bytes EditRequest(const std::string& text) {
     return IntItem(1004) + TextItem(text);
+}
+
+/// How long anybody here waits for the other side: what is waited for longer does not come.
+constexpr int kMostSeconds = 10;
+
+/// Receiving from the socket fails after that time.
+inline void LimitWaiting(int s) {
+    const timeval limit{kMostSeconds, 0};
+    ::setsockopt(s, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
 }
 
 /// A folder that is the current one while it lives, with a "plexaview.cfg" of the given text.
@@ -75,6 +88,7 @@ public:
             ::getsockname(m_listener, p, &size) != 0) {
             throw std::runtime_error("cannot listen");
         }
+        LimitWaiting(m_listener);
         m_port = ntohs(address.sin_port);
         m_thread = std::thread([this] { Run(); });
     }
@@ -95,8 +109,14 @@ public:
         return std::exchange(m_messages, {});
     }
     void Request(const Bytes& bytes) {
-        while (m_requests < 0) std::this_thread::yield();
+        for (int i = 0; m_requests < 0 && i < kMostSeconds * 1000; ++i) ::usleep(1000);
+        if (m_requests < 0) throw std::runtime_error("the engine takes no requests");
         ::send(m_requests, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    }
+    /// Waits until so many acknowledgements have been sent, in whole.
+    bool AwaitAcks(int n) const {
+        for (int i = 0; m_nAcks < n && i < kMostSeconds * 1000; ++i) ::usleep(1000);
+        return m_nAcks >= n;
     }
     void CloseRequests() { ::shutdown(m_requests, SHUT_RDWR); }
 
@@ -104,6 +124,8 @@ private:
     // One engine after the other, until the listener is shut down.
     void Run() {
         for (;;) {
+            pollfd one{m_listener, POLLIN, 0};
+            ::poll(&one, 1, -1);  // until there is one, or the listener is shut down
             const int reports = Accept();
             if (reports < 0) return;
             Serve(reports);
@@ -115,6 +137,7 @@ private:
         const int s = ::accept(m_listener, nullptr, nullptr);
         const int on = 1;
         ::setsockopt(s, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+        LimitWaiting(s);
         return s;
     }
 
@@ -147,12 +170,15 @@ private:
             if (&ack != m_manners.acks.data()) ::usleep(2000);
             ::send(s, ack.data(), ack.size(), MSG_NOSIGNAL);
         }
+        ++m_nAcks;
     }
 
     static bool Read(int s, Bytes& bytes, std::size_t n) {
         const std::size_t old = bytes.size();
         bytes.resize(old + n);
-        return ::recv(s, bytes.data() + old, n, MSG_WAITALL) == static_cast<ssize_t>(n);
+        const ssize_t got = ::recv(s, bytes.data() + old, n, MSG_WAITALL);
+        EXPECT_FALSE(got < 0 && errno == EAGAIN) << "an engine neither speaks nor closes";
+        return got == static_cast<ssize_t>(n);
     }
     static std::uint32_t WordAt(const Bytes& bytes, std::size_t at) {
         std::uint32_t word = 0;
@@ -182,6 +208,7 @@ private:
     int m_listener = -1;
     int m_port = 0;
     std::atomic<int> m_requests{-1};
+    std::atomic<int> m_nAcks{0};
     std::mutex m_mutex;
     std::vector<std::string> m_messages;
     std::thread m_thread;

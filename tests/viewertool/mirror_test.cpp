@@ -275,10 +275,53 @@ TEST(Mirror, IsDrawnAligned) {
               "s  ||\u00E9\u00B7x       ||\n");
 }
 
+TEST(Mirror, IsDrawnAsFarAsItIsTold) {
+    Mirror mirror;
+    const auto tell = [&](int code, const char* text) { mirror.Apply(Understand({code, text})); };
+    tell(mlds::msgStream, "  0   1 never");
+    tell(mlds::msgStream, "  1   1 bare");
+    tell(mlds::msgStream, "  2   1 half");
+    tell(mlds::msgInserted, "0 0000000000  1 0x00000001 0 |a");
+    tell(mlds::msgInserted, "0 0x00000001  1 0x00000002 0 |b");
+    tell(mlds::msgInserted, "0 0000000000  2 0x00000003 1    1  2 0x00000003 ");
+    tell(mlds::msgInserted, "0 0x00000003  2 0x00000004 0 |c");
+    EXPECT_EQ(TiersText(mirror, 80), "bare |a\u00B7b|\nhalf |c|\n");
+    tell(mlds::msgInserted, "0 0x00000004  2 0x00000005 1    1  2 0x00000005 ");
+    tell(mlds::msgInserted, "0 0x00000005  2 0x00000006 0 |d");
+    EXPECT_EQ(TiersText(mirror, 80), "bare |a\u00B7b|\nhalf |c\u00B7d|\n");
+}
+
+// A value goes out in the encoding that the engine's texts seem to have, from the first on that
+// is no UTF-8 until the engine has gone.
+TEST(Viewer, TypesInTheEnginesEncoding) {
+    Viewer viewer;
+    const auto typed = [&](const char* value) {
+        const std::string why = viewer.SetField(1, 0, value);
+        const std::vector<std::string> packets = viewer.TakePackets();
+        return packets.size() == 1 ? packets[0].substr(packets[0].rfind(' ') + 1) : why;
+    };
+    for (const char* engine : {"first", "second"}) {
+        viewer.EngineCame(engine);
+        viewer.EngineTakesRequests(true);
+        viewer.Receive({mlds::msgStream, "  0   1 p"});
+        viewer.Receive({mlds::msgInserted, "0 0000000000  0 0x00000001 0 |a"});
+        viewer.Receive({mlds::msgText, "\u00E9"});
+        EXPECT_EQ(typed("\u00E9"), "\u00E9") << engine;
+        viewer.Receive({mlds::msgText, "caf\xE9"});
+        viewer.Receive({mlds::msgText, "plain"});
+        EXPECT_EQ(typed("\u00E9"), "\xE9") << engine;
+        EXPECT_EQ(typed("\u20AC"),
+                  "the engine's encoding, Latin-1, lacks a character of the value");
+        viewer.EngineWent("away");
+        EXPECT_EQ(typed("x"), "no engine is connected");
+    }
+}
+
 TEST(Engines, ThatMisbehaveAreLetGo) {
     RunningViewer running;
     const auto connect = [&](const Bytes& greeting) {
         const int s = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        LimitWaiting(s);
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(static_cast<std::uint16_t>(running.Port()));
@@ -290,7 +333,8 @@ TEST(Engines, ThatMisbehaveAreLetGo) {
     // What an engine hears: "ack", or "" if the viewer closes.
     const auto hear = [](int s) {
         char bytes[64];
-        return ::recv(s, bytes, sizeof bytes, 0) > 0 ? "ack" : "";
+        const ssize_t n = ::recv(s, bytes, sizeof bytes, 0);
+        return n > 0 ? "ack" : n < 0 && errno == EAGAIN ? "nothing" : "";
     };
     const auto say = [](int s, const Bytes& bytes) {
         ::send(s, bytes.data(), bytes.size(), MSG_NOSIGNAL);

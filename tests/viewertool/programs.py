@@ -3,6 +3,7 @@
 import os
 import subprocess
 import tempfile
+import threading
 import time
 
 
@@ -19,8 +20,14 @@ class Program:
         self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         text=True, bufsize=1, **options)
 
-    def line(self):
-        return self.process.stdout.readline().rstrip('\n')
+    def line(self, seconds=20):
+        """The next line; a program that says none for so long is ended, and that is a failure."""
+        late = threading.Timer(seconds, self.process.kill)
+        late.start()
+        line = self.process.stdout.readline()
+        late.cancel()
+        assert line, f'{self.process.args[0]} says nothing more'
+        return line.rstrip('\n')
 
     def say(self, text):
         self.process.stdin.write(text + '\n')
@@ -29,7 +36,10 @@ class Program:
     def end(self):
         self.process.stdin.close()
         self.process.stdout.close()
-        return self.process.wait(20)
+        try:
+            return self.process.wait(20)
+        finally:
+            self.process.kill()
 
 
 class Viewer(Program):

@@ -1,6 +1,7 @@
 """The viewer program and engines for it, each in a folder of its own."""
 
 import os
+import select
 import subprocess
 import tempfile
 import time
@@ -17,14 +18,24 @@ def await_that(condition, seconds=10):
 class Program:
     def __init__(self, *command, **options):
         self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        text=True, bufsize=1, **options)
+                                        bufsize=0, **options)
+        self.said = b''
 
-    def line(self):
-        return self.process.stdout.readline().rstrip('\n')
+    def line(self, seconds=20):
+        """The next line of what it prints; '' behind the last one."""
+        end = time.time() + seconds
+        while b'\n' not in self.said:
+            ready, _, _ = select.select([self.process.stdout], [], [], max(0, end - time.time()))
+            assert ready, f'{self.process.args[0]} has said nothing for {seconds} s'
+            more = self.process.stdout.read(65536)
+            if not more:
+                break
+            self.said += more
+        line, _, self.said = self.said.partition(b'\n')
+        return line.decode()
 
     def say(self, text):
-        self.process.stdin.write(text + '\n')
-        self.process.stdin.flush()
+        self.process.stdin.write(text.encode() + b'\n')
 
     def end(self):
         self.process.stdin.close()

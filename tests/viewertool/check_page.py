@@ -3,87 +3,42 @@
 Ends with 77, for "skipped", where there is no Chromium or nothing that drives it.
 """
 
-import os
-import shutil
+import re
 import sys
 
-from programs import Engine, Viewer, await_that
+from browser import Page, open_browser
+from programs import Engine, Viewer
+from selenium.webdriver.common.keys import Keys
 
-try:
-    from selenium import webdriver
-    from selenium.common.exceptions import StaleElementReferenceException
-    from selenium.webdriver.chrome.service import Service
-    from selenium.webdriver.common.keys import Keys
-except ImportError:
-    print('skipped: python3-selenium is not installed')
-    sys.exit(77)
-
-browser = shutil.which('chromium')
-driver = shutil.which('chromedriver')
-if not browser or not driver:
-    print('skipped: chromium and chromium-driver are not installed')
-    sys.exit(77)
+FIELDS = ('name', 'tone', 'stress')
 
 
-def open_browser():
-    options = webdriver.ChromeOptions()
-    options.binary_location = browser
-    # Who runs tests as root, in a container, has no sandbox and little shared memory.
-    for option in ['--headless=new', '--no-sandbox', '--disable-dev-shm-usage', '--disable-gpu',
-                   '--window-size=1500,950']:
-        options.add_argument(option)
-    options.set_capability('goog:loggingPrefs', {'browser': 'ALL'})
-    return webdriver.Chrome(service=Service(driver), options=options)
+def last_message(page):
+    """The newest message there is, by what is written beside the slider."""
+    return int(re.search(r'(\d+)( messages$|:)', page.text('#step-text')).group(1))
 
 
-class Page:
-    def __init__(self, chrome, address):
-        self.chrome = chrome
-        chrome.get(address)
-
-    def text(self, selector):
-        return self.chrome.execute_script(
-            'return document.querySelector(arguments[0])?.textContent ?? ""', selector)
-
-    def tokens(self, lane):
-        """The tokens of a lane that are in view, from left to right."""
-        return self.chrome.execute_script('''
-            const lane = [...document.querySelectorAll('.names div')].findIndex(
-                (name) => name.textContent === arguments[0]);
-            return [...document.querySelectorAll('.token')]
-                .filter((token) => Math.floor(parseFloat(token.style.top) / 34) === lane)
-                .sort((a, b) => parseFloat(a.style.left) - parseFloat(b.style.left))
-                .map((token) => token.textContent);''', lane)
-
-    def click(self, selector):
-        self.expect(selector, lambda: self.chrome.find_element('css selector', selector).click()
-                    is None)
-
-    def expect(self, what, condition):
-        def holds():
-            try:
-                return condition()
-            except StaleElementReferenceException:  # drawn anew in between
-                return False
-        assert await_that(holds), f'{what}\n{self.text("body")[:600]}'
+def is_live(page):
+    return page.text('#step-text').endswith(' messages')
 
 
-def check(page, viewer, engine, engine_program):
+def follows_log(page):
+    return page.log()['seen'][-1:] == [last_message(page)]
+
+
+def check_streams(page, engine):
     page.expect('says that nobody is there',
                 lambda: 'No engine is connected' in page.text('#banner'))
-
     assert engine.do('start') == 'ok'
     page.expect('shows the streams', lambda: page.tokens('tier1')[:3] == ['a', 'ei', 'kwa'])
     page.expect('says who is there', lambda: page.text('#status-text').startswith('engine 127.0.0.1:'))
     assert page.text('#banner') == ''
     page.expect('lists variables', lambda: 'here' in page.text('#variables')
                 and 'of tier0' in page.text('#variables'))
-    ends = page.chrome.execute_script('''
-        const edges = (index, edge) => [...document.querySelectorAll('.token')]
-            .filter((t) => Math.floor(parseFloat(t.style.top) / 34) === index)
-            .map((t) => Math.round(t.getBoundingClientRect()[edge]));
-        return [edges(0, 'right'), edges(1, 'right')];''')
-    assert set(ends[1]) <= set(ends[0]), f'boundaries are aligned: {ends}'
+    page.expect('follows the messages from the first engine on', lambda: follows_log(page))
+    assert page.log()['overflows'], 'of which there are more than can be seen'
+    edges = [{right for _, _, right in page.boxes(lane)} for lane in ('tier0', 'tier1')]
+    assert edges[1] <= edges[0], f'boundaries are aligned: {edges}'
 
     before = page.tokens('tier2')
     assert engine.do("insert tier2 'st' '<img src=x>'") == 'ok'
@@ -92,28 +47,44 @@ def check(page, viewer, engine, engine_program):
     page.expect('highlights it', lambda: 'st' in [
         e.text for e in page.chrome.find_elements('css selector', '.token.changed')])
     assert not page.chrome.find_elements('css selector', '#tiers img, #log img'), 'names are text'
+    return before
 
+
+def check_fields(page, engine):
+    def held():
+        return {field: engine.do(f'value tier0 {field}') for field in FIELDS}
+
+    assert engine.do('set tier0 tone low') == 'ok'
     page.click('.token')
-    page.expect('shows fields', lambda: 'tone' in page.text('#token'))
-    stress = page.chrome.find_element('css selector', '#token input[aria-label=stress]')
+    page.expect('shows what a token holds', lambda: page.values() == held())
+    assert held() == {'name': 'a', 'tone': 'low', 'stress': '0'}
+    for field, value in [('tone', 'high'), ('stress', '3'), ('name', 'st')]:
+        engine.do(f'set tier0 {field} {value}')
+        page.expect(f'shows a new {field}', lambda: page.values() == held())
+    assert held() == {'name': 'st', 'tone': 'high', 'stress': '3'}
+
+    stress = page.find('#token input[aria-label=stress]')
     stress.clear()
     stress.send_keys('7', Keys.ENTER)
     page.expect('sends an edit', lambda: engine.do('poll') and engine.do('value tier0 stress') == '7')
-    page.expect('hears of it', lambda: 'stress 0 -> 7' in page.text('#log'))
-    page.expect('shows it', lambda: page.chrome.find_element(
-        'css selector', '#token input[aria-label=stress]').get_attribute('value') == '7')
-    page.chrome.find_element('css selector', '#token input[aria-label=stress]').send_keys('12')
-    page.chrome.find_element('css selector', '#token select[aria-label=tone]').send_keys('low')
+    page.expect('hears of it', lambda: 'stress 3 -> 7' in page.text('#log'))
+    page.expect('shows it', lambda: page.values() == held())
+    stress.send_keys('12')
+    page.find('#token select[aria-label=tone]').send_keys('low')
     page.click('#token form.field:nth-of-type(2) button')
     page.expect('sets a choice', lambda: engine.do('poll') and engine.do('value tier0 tone') == 'low')
     page.expect('hears of that', lambda: 'tone high -> low' in page.text('#log'))
-    assert page.chrome.find_element('css selector', '#token input[aria-label=stress]').get_attribute(
-        'value') == '712', 'what is being typed stays'
-    stress = page.chrome.find_element('css selector', '#token input[aria-label=stress]')
+    page.expect('keeps what is being typed', lambda: page.values() == {**held(), 'stress': '712'})
     stress.clear()
     stress.send_keys('x', Keys.ENTER)
     page.expect('refuses nonsense', lambda: 'whole numbers' in page.text('#token-message'))
+    stress.clear()
+    stress.send_keys('07', Keys.ENTER)
+    page.expect('shows how the engine took it', lambda: engine.do('poll') and page.values() == held())
 
+
+def check_past(page, engine, before):
+    """Back to where the third stream was as `before`."""
     after = page.tokens('tier2')
     for _ in range(60):
         if page.tokens('tier2') == before:
@@ -121,47 +92,120 @@ def check(page, viewer, engine, engine_program):
         now = page.text('#step-text')
         page.click('#step-back')
         page.expect('steps back', lambda: page.text('#step-text') not in ('', now))
-    assert page.tokens('tier2') == before, 'what was not there yet is gone'
-    assert 'after message' in page.text('#step-text')
-    page.expect('edits nothing in the past', lambda: 'Live' in page.text('#token-message'))
+    page.expect('takes away what was not there yet', lambda: page.tokens('tier2') == before)
+    page.expect('shows the values of then', lambda: page.fields() == {
+        'name': ('a', False), 'tone': ('high', False), 'stress': ('0', False)})
+    page.expect('says why nothing can be set', lambda: 'Live' in page.text('#token-message'))
+    page.run('document.querySelector("#token form:nth-of-type(3) input").value = 5;'
+             'document.querySelector("#token form:nth-of-type(3)").dispatchEvent('
+             '  new Event("submit", {cancelable: true}));')
+    engine.do('poll')
+    assert engine.do('value tier0 stress') == '7', 'and nothing is'
+
+    shown, newest = re.match(r'after message (\d+) of (\d+): .', page.text('#step-text')).groups()
     engine.do('insert tier1 o')
+    page.expect('counts what comes meanwhile', lambda: last_message(page) > int(newest))
+    assert page.text('#step-text').startswith(f'after message {shown} of ')
+    assert page.tokens('tier2') == before, 'which is not shown yet'
+    assert int(shown) in page.log()['seen'], 'the message that was stepped to is in view'
     page.click('#step-on')
+    page.expect('steps on', lambda: f'after message {int(shown) + 1} of' in page.text('#step-text'))
     page.click('#step-live')
     page.expect('is live again', lambda: page.tokens('tier2') == after
                 and page.tokens('tier1')[-1] == 'o')
+    page.expect('with the values of now', lambda: page.fields() == {
+        'name': ('st', True), 'tone': ('low', True), 'stress': ('7', True)})
+    page.expect('at the end of the messages', lambda: follows_log(page))
 
+
+def check_log(page, engine):
+    def scroll(to):
+        page.run('document.querySelector("#log").scrollTop = arguments[0]', to)
+
+    engine.do('insert tier1 a')
+    page.expect('follows', lambda: follows_log(page))
+    top = page.log()['top']
+    page.swipe('#log', 120)
+    page.expect('is scrolled by a finger', lambda: page.log()['top'] < top - 50)
+    assert is_live(page), 'which is no step into the past'
+    page.right_click('#log li:nth-last-child(20)')
+    scroll(0)
+    seen = page.log()['seen']
+    newest = last_message(page)
+    engine.do("insert tier1 'ei'")
+    page.expect('hears more', lambda: last_message(page) > newest)
+    assert page.log()['seen'] == seen, 'and stays where somebody reads'
+    assert is_live(page), 'which a right click does not end'
+    scroll(1000000)
+    engine.do("insert tier1 'kwa'")
+    page.expect('follows again', lambda: last_message(page) > newest + 1 and follows_log(page))
+    number = page.log()['seen'][-4]
+    page.click(f'#log li[data-number="{number}"]')
+    page.expect('steps to what is clicked',
+                lambda: page.text('#step-text').startswith(f'after message {number} of '))
+    page.click('#step-live')
+
+
+def check_lanes(page, engine):
+    """A structure that is far wider than the window."""
+    def scroll(to):
+        page.run('document.querySelector(".scroller").scrollLeft = arguments[0]', to)
+
+    def place():
+        return page.run('return document.querySelector(".scroller").scrollLeft')
+
+    def insert(lane):
+        newest = last_message(page)
+        assert engine.do(f"insert {lane} 'kwa'") == 'ok'
+        page.expect('hears of it', lambda: last_message(page) > newest and is_live(page))
+
+    page.click('#follow')
+    scroll(900)
+    page.expect('draws what is scrolled to', lambda: page.boxes('tier0')[0][1] > -450)
+    seen = page.boxes('tier0')
+    insert('tier0')
+    assert abs(place() - 900) < 3 and page.boxes('tier0') == seen, 'lanes stay where they were'
+    page.click('#follow')
+    insert('tier0')
+    page.expect('brings what has changed into view', lambda: place() > 2000
+                and page.boxes('tier0')[-1][2] <= 1500)
+    page.click('#follow')
+
+
+def check_leaving(page, viewer, engine, engine_program):
+    left = page.tokens('tier2')
     page.click('#disconnect')
+    page.expect('says that it asks', lambda: 'asked' in page.text('#notice'))
     page.expect('asks to disconnect', lambda: engine.do('poll')
                 and 'No engine is connected' in page.text('#banner'))
-    assert page.tokens('tier2') == after, 'what it left stays to be seen'
-    other = Engine(engine_program, viewer, 2, 4)
+    assert page.text('#notice') == '', 'which is answered'
+    assert page.tokens('tier2') == left, 'what it left stays to be seen'
+    assert not any(free for _, free in page.fields().values()), 'but not to be set'
+    other = Engine(engine_program, viewer, 8, 200)
     assert other.do('start') == 'ok'
-    page.expect('shows the next engine', lambda: len(page.tokens('tier0')) == 4
+    page.expect('shows the next engine', lambda: len(page.tokens('tier7')) > 3
                 and page.text('#banner') == '')
     page.expect('which has other tokens', lambda: 'Click a token' in page.text('#token'))
     assert not page.chrome.find_elements('css selector', '.changed, .selected')
-    other.end()
-
-
-def take_picture(page, viewer, engine_program, file):
-    engine = Engine(engine_program, viewer, 8, 200)
-    engine.do('start')
-    page.expect('shows a large structure', lambda: len(page.tokens('tier7')) > 3)
-    engine.do('insert tier0 o')
-    page.click('.token')
-    page.chrome.save_screenshot(file)
-    engine.end()
+    check_lanes(page, other)
+    return other
 
 
 def main(viewer_program, engine_program, picture=None):
+    chrome = open_browser()
     viewer = Viewer(viewer_program, '--quiet')
     engine = Engine(engine_program, viewer)
-    chrome = open_browser()
     try:
         page = Page(chrome, viewer.page)
-        check(page, viewer, engine, engine_program)
+        before = check_streams(page, engine)
+        check_fields(page, engine)
+        check_past(page, engine, before)
+        check_log(page, engine)
+        other = check_leaving(page, viewer, engine, engine_program)
         if picture:
-            take_picture(page, viewer, engine_program, picture)
+            page.click('.token')
+            chrome.save_screenshot(picture)
+        other.end()
         viewer.quit()
         page.expect('says that the viewer is gone', lambda: 'does not answer' in page.text('#banner'))
         # Not the edit that was refused, nor the viewer that is gone.

@@ -5,6 +5,8 @@
 //   insert STREAM NAMES     add tokens at the end of a stream, in the notation
 //   poll                    carry out what the viewer asks for
 //   value STREAM FIELD      what the first token of a stream holds
+//   set STREAM FIELD VALUE  set that without being asked to
+//   say CHARACTER COUNT     send a text of so many characters
 #include <unistd.h>
 
 #include <iostream>
@@ -39,9 +41,14 @@ public:
             return m_plexa.InsertString(pStream, rest.c_str(), nullptr, LastMark(pStream)) ? "ok"
                                                                                            : "no";
         }
-        if (command == "value") {
-            CToken* pToken = pStream->pGetFirstStreamObj()->GetNextToken();
-            return pToken->GetFieldValueString(rest.c_str());
+        if (command == "value") return FirstToken(pStream)->GetFieldValueString(rest.c_str());
+        if (command == "set") {
+            const std::size_t space = rest.find(' ');
+            FirstToken(pStream)->SetFieldValue(rest.substr(0, space).c_str(),
+                                               rest.substr(space + 1).c_str());
+        }
+        if (command == "say") {
+            m_plexa.sendMessage(std::string(std::stoul(rest), stream.at(0)).c_str());
         }
         return "ok";
     }
@@ -53,6 +60,10 @@ private:
             m_plexa.ProcessRecvMsg();
             ::usleep(2000);
         }
+    }
+
+    static CToken* FirstToken(CStream* pStream) {
+        return pStream->pGetFirstStreamObj()->GetNextToken();
     }
 
     static CSyncMark* LastMark(CStream* pStream) {

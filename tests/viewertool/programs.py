@@ -1,9 +1,9 @@
 """The viewer program and engines for it, each in a folder of its own."""
 
 import os
+import select
 import subprocess
 import tempfile
-import threading
 import time
 
 
@@ -18,28 +18,29 @@ def await_that(condition, seconds=10):
 class Program:
     def __init__(self, *command, **options):
         self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        text=True, bufsize=1, **options)
+                                        bufsize=0, **options)
+        self.said = b''
 
     def line(self, seconds=20):
-        """The next line; a program that says none for so long is ended, and that is a failure."""
-        late = threading.Timer(seconds, self.process.kill)
-        late.start()
-        line = self.process.stdout.readline()
-        late.cancel()
-        assert line, f'{self.process.args[0]} says nothing more'
-        return line.rstrip('\n')
+        """The next line of what it prints; '' behind the last one."""
+        end = time.time() + seconds
+        while b'\n' not in self.said:
+            ready, _, _ = select.select([self.process.stdout], [], [], max(0, end - time.time()))
+            assert ready, f'{self.process.args[0]} has said nothing for {seconds} s'
+            more = self.process.stdout.read(65536)
+            if not more:
+                break
+            self.said += more
+        line, _, self.said = self.said.partition(b'\n')
+        return line.decode()
 
     def say(self, text):
-        self.process.stdin.write(text + '\n')
-        self.process.stdin.flush()
+        self.process.stdin.write(text.encode() + b'\n')
 
     def end(self):
         self.process.stdin.close()
         self.process.stdout.close()
-        try:
-            return self.process.wait(20)
-        finally:
-            self.process.kill()
+        return self.process.wait(20)
 
 
 class Viewer(Program):

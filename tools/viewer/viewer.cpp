@@ -50,6 +50,8 @@ std::string WhyNoValue(const Field& field, const std::string& engineText) {
 
 Viewer::Viewer() : m_wakeUp(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     if (m_wakeUp < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    m_status.run = std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
 }
 
 Viewer::~Viewer() {

@@ -12,7 +12,8 @@
 namespace mlds_viewer {
 
 struct Status {
-    std::size_t version;  // changes with everything else
+    std::int64_t run;     // the same as long as the program runs: numbers of others are not ours
+    std::size_t version;  // grows when anything else changes
     bool bConnected;
     bool bTakesRequests;
     std::string engine;  // its address

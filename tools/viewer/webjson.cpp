@@ -62,7 +62,9 @@ json ListJson(const Mirror& mirror, const VariableList& list) {
 }  // namespace
 
 std::string StatusJson(const Status& status) {
-    return json{{"connected", status.bConnected},
+    return json{{"run", status.run},
+                {"version", status.version},
+                {"connected", status.bConnected},
                 {"takesRequests", status.bTakesRequests},
                 {"engine", status.engine},
                 {"first", status.first},

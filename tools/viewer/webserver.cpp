@@ -46,11 +46,15 @@ struct File {
     const char* type;
     std::string_view text;
 };
+constexpr const char* kScript = "text/javascript; charset=utf-8";
 constexpr File kFiles[] = {{"/", "text/html; charset=utf-8", kIndexHtml},
                            {"/style.css", "text/css; charset=utf-8", kStyleCss},
-                           {"/main.js", "text/javascript; charset=utf-8", kMainJs},
-                           {"/tiers.js", "text/javascript; charset=utf-8", kTiersJs},
-                           {"/panels.js", "text/javascript; charset=utf-8", kPanelsJs}};
+                           {"/dom.js", kScript, kDomJs},
+                           {"/link.js", kScript, kLinkJs},
+                           {"/log.js", kScript, kLogJs},
+                           {"/main.js", kScript, kMainJs},
+                           {"/panels.js", kScript, kPanelsJs},
+                           {"/tiers.js", kScript, kTiersJs}};
 
 // A page that changes something says where it comes from; one that only reads may leave it out.
 bool IsFromOwnPage(const Request& request, bool bLoopbackOnly) {
@@ -198,6 +202,11 @@ void WebServer::AddQuestions() {
         response.set_content(EntriesJson(m_viewer.Entries(NumberOf(request, "from", 1), n)),
                              kJsonAnswer);
     };
+    // For a page that there is no room for among those that get events.
+    const auto status = [this](const Request&, Response& response) {
+        response.set_content(StatusJson(m_viewer.status()), kJsonAnswer);
+    };
+    m_pServer->Get("/status", Own(m_bLoopback, status));
     m_pServer->Get("/structure", Own(m_bLoopback, structure));
     m_pServer->Get("/entries", Own(m_bLoopback, entries));
 }

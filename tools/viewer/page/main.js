@@ -1,21 +1,25 @@
 // Keeps the page in step with the viewer program, or with a message that somebody stepped back to.
 
-import {LogPanel, TokenPanel, VariablesPanel, askToDisconnect} from './panels.js';
+import {Notice, ask, listen} from './link.js';
+import {LogPanel} from './log.js';
+import {TokenPanel, VariablesPanel} from './panels.js';
 import {TierView} from './tiers.js';
 
 const $ = (id) => document.getElementById(id);
 
-let status = {connected: false, takesRequests: false, engine: '', first: 0, last: 0, shown: 0};
+let status = {run: 0, version: 0, connected: false, takesRequests: false, engine: '', first: 0, last: 0, shown: 0};
 let reachable = false;     // the viewer program
 let past = 0;              // the message that was stepped back to; 0 while live
 let shown = 0;             // the message behind which the structure on the page was so
+let words = '';            // that message
 let selected = 0;
 let changed = new Set();   // what changed last
 
 const tiers = new TierView($('tiers'), select);
 const token = new TokenPanel($('token'));
 const variables = new VariablesPanel($('variables'), select);
-const log = new LogPanel($('log'), stepTo);
+const log = new LogPanel($('log'), stepTo, refresh);
+const notice = new Notice($('notice'));
 
 function select(id) {
   selected = id;
@@ -50,6 +54,10 @@ function showStatus() {
   }[state];
   $('disconnect').disabled = state !== 'connected' || !status.takesRequests;
   $('tiers').classList.toggle('stale', state !== 'connected' && !past);
+  showSteps();
+}
+
+function showSteps() {
   $('tiers').classList.toggle('past', past > 0);
   $('step-live').setAttribute('aria-pressed', String(!past));
   const step = $('step');
@@ -57,12 +65,17 @@ function showStatus() {
   step.max = status.last;
   step.value = past || status.last;
   step.disabled = status.last === 0;
+  $('step-text').textContent = past
+    ? `after message ${past} of ${status.last}: ${past === shown ? words : ''}`
+    : `${status.last} messages`;
 }
 
 // One question at a time: while the answer is on its way, further changes only say that there is to
 // be another.
+const retryTime = 3000;
 let asking = false;
 let again = false;
+let retry;
 
 async function refresh() {
   if (asking) {
@@ -70,13 +83,14 @@ async function refresh() {
     return;
   }
   asking = true;
+  clearTimeout(retry);
   try {
     do {
       again = false;
       await showStructure();
     } while (again);
   } catch {
-    // The next event brings another try.
+    retry = setTimeout(refresh, retryTime);
   } finally {
     asking = false;
   }
@@ -85,65 +99,81 @@ async function refresh() {
 async function showStructure() {
   const at = past;
   const question = at ? `at=${at}&since=${at - 1}` : shown && shown <= status.shown ? `since=${shown}` : '';
-  const answer = await fetch(`/structure?${question}`);
-  const structure = await answer.json();
-  if (at !== past) {
+  const run = status.run;
+  const structure = await ask(`/structure?${question}`);
+  if (at !== past || run !== status.run) {
     again = true;
     return;
   }
   changed = new Set(structure.changed);
-  // What changed goes on to be seen as long as nothing else does.
-  if (!at && changed.size === 0) structure.changed = [...tiers.changed];
   shown = structure.number;
-  tiers.show(structure, $('follow').checked);
+  tiers.show(structure, {follow: $('follow').checked, live: !at});
   variables.show(structure.lists);
   $('language').textContent = structure.language ? `language ${structure.language}` : '';
   showToken();
   const entry = await log.show(status, at || status.last, !at);
-  $('step-text').textContent = at
-    ? `after message ${at} of ${status.last}: ${entry?.words ?? ''}`
-    : `${status.last} messages`;
+  words = entry?.words ?? '';
+  showSteps();
+}
+
+// What changed before the step is not new any more.
+function step(number) {
+  past = number;
+  words = '';
+  tiers.forgetChanges();
+  showStatus();
+  // At once: what is shown until the answer comes cannot be edited either.
+  showToken();
+  refresh();
 }
 
 function stepTo(number) {
-  past = Math.min(Math.max(number, status.first), status.last);
-  tiers.forgetChanges();
-  showStatus();
-  refresh();
+  step(Math.min(Math.max(number, status.first), status.last));
 }
 
-// What has changed since the message that was looked at is new.
 function goLive() {
-  past = 0;
-  tiers.forgetChanges();
-  showStatus();
-  refresh();
+  log.follow();
+  step(0);
+}
+
+function stepOn() {
+  if (past && past < status.last) stepTo(past + 1);
+  else if (past) goLive();
+}
+
+function stepBack() {
+  stepTo((past || status.last) - 1);
 }
 
 $('step').addEventListener('input', () => stepTo(Number($('step').value)));
 $('step-first').addEventListener('click', () => stepTo(status.first));
-$('step-back').addEventListener('click', () => stepTo((past || status.last) - 1));
-$('step-on').addEventListener('click', () => stepTo((past || status.last) + 1));
+$('step-back').addEventListener('click', stepBack);
+$('step-on').addEventListener('click', stepOn);
 $('step-live').addEventListener('click', goLive);
 $('zoom').addEventListener('input', () => tiers.setZoom(Number($('zoom').value)));
-$('disconnect').addEventListener('click', askToDisconnect);
+$('disconnect').addEventListener('click', () => notice.wish('/disconnect', {}));
 document.addEventListener('keydown', (event) => {
   if (event.target.closest('input, select') || event.ctrlKey || event.altKey || event.metaKey) return;
-  const step = {ArrowLeft: -1, ArrowRight: 1}[event.key];
-  if (!step) return;
+  const move = {ArrowLeft: stepBack, ArrowRight: stepOn}[event.key];
+  if (!move) return;
   event.preventDefault();
-  stepTo((past || status.last) + step);
+  move();
 });
 
+function forgetEngine() {  // the objects of another one have numbers of their own
+  selected = 0;
+  tiers.forgetObjects();
+}
+
 function hear(told) {
-  if (told.last < status.last) {  // another viewer program: its messages begin anew
+  if (told.run === status.run && told.version < status.version && reachable) return;  // overtaken
+  if (told.run !== status.run) {  // another viewer program: its messages begin anew
     past = 0;
     shown = 0;
+    log.follow();
   }
-  if (told.engine !== status.engine) {  // its objects have numbers of their own
-    selected = tiers.selected = 0;
-    tiers.forgetChanges();
-  }
+  if (told.run !== status.run || told.engine !== status.engine) forgetEngine();
+  if (told.engine !== status.engine || told.connected !== status.connected) notice.say('');
   status = told;
   reachable = true;
   const gone = past && past < status.first;
@@ -153,25 +183,11 @@ function hear(told) {
   else showToken();
 }
 
-// A browser has few connections for one server: a page that nobody sees gives its own back.
-const retry = 3000;
-let events;
-
-function listen() {
-  events?.close();
-  events = undefined;
-  if (document.hidden) return;
-  events = new EventSource('/events');
-  events.addEventListener('message', (event) => hear(JSON.parse(event.data)));
-  events.addEventListener('error', () => {
-    reachable = false;
-    showStatus();
-    showToken();
-    // It tries again by itself, unless it was refused.
-    if (events?.readyState === EventSource.CLOSED) setTimeout(listen, retry);
-  });
+function lose() {
+  reachable = false;
+  showStatus();
+  showToken();
 }
 
-document.addEventListener('visibilitychange', listen);
-listen();
+listen(hear, lose);
 showStatus();

@@ -1,6 +1,8 @@
 // The streams as lanes whose synchronous marks stand under each other. What is out of view is not
 // in the document.
 
+import {element, onTap} from './dom.js';
+
 const laneHeight = 34;
 const tokenHeight = 26;
 const tokenPadding = 12;
@@ -9,12 +11,6 @@ const widestName = 260;  // of longer names the beginning is shown
 const hues = [215, 150, 35, 280, 345, 185, 95, 15];
 const sweeps = 30;
 const margin = 400;  // how far beyond the view things are drawn
-
-export function element(tag, properties = {}, ...children) {
-  const made = Object.assign(document.createElement(tag), properties);
-  made.append(...children);
-  return made;
-}
 
 const pen = document.createElement('canvas').getContext('2d');
 pen.font = '14px "DejaVu Sans", system-ui, sans-serif';
@@ -54,7 +50,6 @@ export class TierView {
     this.scroller = element('div', {className: 'scroller'}, this.canvas);
     this.empty = element('div', {className: 'empty', textContent: 'No streams yet.'});
     this.root = root;
-    this.onSelect = onSelect;
     this.structure = {lanes: [], instants: 0, changed: []};
     this.changed = new Set();
     this.members = [];  // of instants: lane and mark
@@ -62,27 +57,50 @@ export class TierView {
     this.zoom = 1;
     this.selected = 0;
     this.scroller.addEventListener('scroll', () => this.drawSoon());
-    // Not at the end of a click: what was pressed may have been drawn anew by then.
-    this.canvas.addEventListener('pointerdown', (event) => this.press(event));
+    onTap(this.canvas, '.token', (token) => onSelect(Number(token.dataset.id)));
     new ResizeObserver(() => this.drawSoon()).observe(this.scroller);
     root.append(this.empty);
   }
 
-  // The structure that is to be shown. What changed in it is brought into view if wanted.
-  show(structure, follow) {
+  // The structure that is to be shown. What changed in it is brought into view if wanted; else what
+  // is in view stays there. While live, what changed last goes on to be seen until something else
+  // changes.
+  show(structure, {follow, live}) {
+    const stay = this.findAnchor();
     this.structure = structure;
-    this.changed = new Set(structure.changed);
+    if (!live || structure.changed.length) this.changed = new Set(structure.changed);
     this.place();
-    this.root.replaceChildren(...structure.lanes.length ? [this.names, this.scroller] : [this.empty]);
+    const parts = structure.lanes.length ? [this.names, this.scroller] : [this.empty];
+    // Who is taken out of the document forgets where it was scrolled to.
+    if (this.root.firstChild !== parts[0]) this.root.replaceChildren(...parts);
     this.names.replaceChildren(...structure.lanes.map((lane) => {
       const name = element('div', {textContent: lane.name, title: lane.name});
       name.style.height = name.style.lineHeight = `${laneHeight}px`;
       return name;
     }));
+    this.keepInPlace(stay);
     if (follow) this.reveal(structure.changed.find((id) => this.positions.has(id)));
     this.fresh = true;
     this.draw();
     this.fresh = false;
+  }
+
+  // The mark that stands first in view. Nothing where the lanes are at their beginning: there the
+  // beginning stays in view.
+  findAnchor() {
+    const {scrollLeft} = this.scroller;
+    let first;
+    if (scrollLeft > 0) {
+      for (const [id, {at}] of this.positions) {
+        if (id && at >= scrollLeft && !(first?.at <= at)) first = {id, at};
+      }
+    }
+    return first;
+  }
+
+  keepInPlace(anchor) {
+    const position = anchor && this.positions.get(anchor.id);
+    if (position) this.scroller.scrollLeft += position.at - anchor.at;
   }
 
   setZoom(zoom) {
@@ -96,6 +114,14 @@ export class TierView {
   // Nothing is new any more.
   forgetChanges() {
     this.changed.clear();
+  }
+
+  // What was shown says nothing of what will be.
+  forgetObjects() {
+    this.forgetChanges();
+    this.selected = 0;
+    this.positions.clear();
+    this.scroller.scrollLeft = 0;
   }
 
   select(id) {
@@ -207,11 +233,6 @@ export class TierView {
     made.classList.toggle('changed', this.changed.has(id));
     made.classList.toggle('fresh', Boolean(this.fresh) && this.changed.has(id));
     made.classList.toggle('selected', this.selected === id);
-  }
-
-  press(event) {
-    const token = event.target.closest('.token');
-    if (token) this.onSelect(Number(token.dataset.id));
   }
 
   // The token with an identifier and its lane; null if there is none.

@@ -1,8 +1,9 @@
 #!/bin/sh
-# check_program.sh PROGRAM DIR: assembles, takes apart and assembles again, and looks at exit statuses.
+# check_program.sh PROGRAM VERSION DIR: assembles, takes apart and assembles again, and looks at exit statuses.
 set -eu
 program=$1
-dir=$2
+version=$2
+dir=$3
 mkdir -p "$dir"
 cd "$dir"
 
@@ -17,6 +18,8 @@ expect() {
 }
 
 wanted=0
+expect --version
+[ "$(cat out.txt)" = "mlds-testasm $version" ]
 expect good.mta --schema names.txt --output good.bin
 expect good.bin --schema names.txt --disassemble
 cp out.txt again.mta

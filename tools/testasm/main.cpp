@@ -7,6 +7,7 @@
 #include <iostream>
 #include <optional>
 
+#include "mlds/version.h"
 #include "testasm/file.h"
 #include "testasm/testasm.h"
 #include "testasm/text.h"
@@ -29,6 +30,7 @@ docs/testasm.md.
   -d, --disassemble    FILE holds instructions; print their text
       --opcodes        print the table of instructions
   -h, --help           print this help and exit
+      --version        print the version and exit
 
 The exit status is 0 if nothing was wrong (there may be warnings), 1 if something was, and 2 if the
 command line was wrong or a file could not be read or written.
@@ -119,12 +121,16 @@ int Run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    enum { optOpcodes = 1000 };
-    static const option kLong[] = {
-        {"output", required_argument, nullptr, 'o'}, {"schema", required_argument, nullptr, 's'},
-        {"list", no_argument, nullptr, 'l'},         {"check", no_argument, nullptr, 'c'},
-        {"disassemble", no_argument, nullptr, 'd'},  {"opcodes", no_argument, nullptr, optOpcodes},
-        {"help", no_argument, nullptr, 'h'},         {nullptr, 0, nullptr, 0}};
+    enum { optOpcodes = 1000, optVersion };
+    static const option kLong[] = {{"output", required_argument, nullptr, 'o'},
+                                   {"schema", required_argument, nullptr, 's'},
+                                   {"list", no_argument, nullptr, 'l'},
+                                   {"check", no_argument, nullptr, 'c'},
+                                   {"disassemble", no_argument, nullptr, 'd'},
+                                   {"opcodes", no_argument, nullptr, optOpcodes},
+                                   {"help", no_argument, nullptr, 'h'},
+                                   {"version", no_argument, nullptr, optVersion},
+                                   {nullptr, 0, nullptr, 0}};
     Options options;
     for (int c; (c = getopt_long(argc, argv, "o:s:lcdh", kLong, nullptr)) != -1;) {
         switch (c) {
@@ -134,6 +140,7 @@ int main(int argc, char** argv) {
             case 'c': options.bCheck = true; break;
             case 'd': options.bDisassemble = true; break;
             case optOpcodes: std::cout << OpcodeTable(); return 0;
+            case optVersion: std::cout << "mlds-testasm " MLDS_VERSION "\n"; return 0;
             case 'h': std::cout << kUsage; return 0;
             default: return kBadUse;
         }

@@ -4,11 +4,11 @@
 #include <fstream>
 #include <sstream>
 
+#include "mlds/testasm/plexaschema.h"
+#include "mlds/testasm/testasm.h"
+#include "mlds/testasm/text.h"
 #include "names.h"
 #include "support/tiers.h"
-#include "testasm/plexaschema.h"
-#include "testasm/testasm.h"
-#include "testasm/text.h"
 
 namespace {
 

@@ -7,11 +7,11 @@
 #include <iostream>
 #include <optional>
 
+#include "mlds/testasm/file.h"
+#include "mlds/testasm/testasm.h"
+#include "mlds/testasm/text.h"
+#include "mlds/testasm/validate.h"
 #include "mlds/version.h"
-#include "testasm/file.h"
-#include "testasm/testasm.h"
-#include "testasm/text.h"
-#include "testasm/validate.h"
 
 namespace {
 

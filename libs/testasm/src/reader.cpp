@@ -1,9 +1,10 @@
 // Text to model: tests and their lines.
 #include <memory>
 
+#include "declarations.h"
+#include "mlds/testasm/text.h"
+#include "operands.h"
 #include "ruletest/opcodes.h"
-#include "testasm/operands.h"
-#include "testasm/text.h"
 
 namespace mlds_testasm {
 

@@ -6,9 +6,9 @@
 #include <memory>
 #include <span>
 
-#include "testasm/model.h"
-#include "testasm/scan.h"
-#include "testasm/schema.h"
+#include "mlds/testasm/model.h"
+#include "mlds/testasm/schema.h"
+#include "scan.h"
 
 namespace mlds_testasm {
 

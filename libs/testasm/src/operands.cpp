@@ -1,12 +1,12 @@
 // Text to model: the operands of instructions.
-#include "testasm/operands.h"
+#include "operands.h"
 
 #include <algorithm>
 #include <climits>
 #include <iterator>
 
+#include "mlds/testasm/text.h"
 #include "ruletest/opcodes.h"
-#include "testasm/text.h"
 
 using mlds::OperandKind;
 

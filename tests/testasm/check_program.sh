@@ -34,3 +34,14 @@ expect good.mta
 expect missing.mta --list
 expect . --list
 expect good.mta --schema names.txt --output missing/good.bin
+
+# An output that takes nothing, full or closed, is said and is a failure.
+for what in "good.mta --schema names.txt --list" "good.bin --disassemble" --opcodes --help --version
+do
+    for output in '>/dev/full' '>&-'; do
+        status=0
+        eval "\"\$program\" $what 2>errors.txt $output" || status=$?
+        [ "$status" -eq 2 ] || { echo "$what $output: status $status"; exit 1; }
+        grep -q '^mlds-testasm: cannot write to standard output: .' errors.txt
+    done
+done

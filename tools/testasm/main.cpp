@@ -78,6 +78,16 @@ bool WriteFile(const std::string& path, const std::string& content) {
     return false;
 }
 
+// What is printed is out before anything else happens: nobody takes half a listing for a whole one,
+// and no file that is opened later takes the place of a closed output.
+bool Print(const std::string& text) {
+    errno = 0;
+    if (std::cout << text << std::flush) return true;
+    Complain(std::string("cannot write to standard output: ") +
+             std::strerror(errno != 0 ? errno : EIO));
+    return false;
+}
+
 int Disassemble(const Options& options, const Schema& schema, const std::string& content) {
     Image image;
     std::string expected;
@@ -88,8 +98,9 @@ int Disassemble(const Options& options, const Schema& schema, const std::string&
     Diagnostics diagnostics(options.file);
     const Program program = Lift(image, diagnostics);
     Validate(program, schema, diagnostics);
-    if (!options.bCheck) std::cout << WriteProgram(program, schema);
+    const bool bPrinted = options.bCheck || Print(WriteProgram(program, schema));
     std::cerr << diagnostics.Text();
+    if (!bPrinted) return kBadUse;
     return diagnostics.errors() > 0 ? 1 : 0;
 }
 
@@ -97,7 +108,7 @@ int Assemble(const Options& options, Schema schema, const std::string& content) 
     const Assembly assembly = Assembler(std::move(schema)).Assemble(content, options.file);
     std::cerr << assembly.diagnostics().Text();
     if (!assembly.ok()) return 1;
-    if (options.bList) std::cout << Listing(assembly);
+    if (options.bList && !Print(Listing(assembly))) return kBadUse;
     if (options.output.empty() || options.bCheck) return 0;
     return WriteFile(options.output, WriteImage(assembly.image())) ? 0 : kBadUse;
 }
@@ -139,9 +150,9 @@ int main(int argc, char** argv) {
             case 'l': options.bList = true; break;
             case 'c': options.bCheck = true; break;
             case 'd': options.bDisassemble = true; break;
-            case optOpcodes: std::cout << OpcodeTable(); return 0;
-            case optVersion: std::cout << "mlds-testasm " MLDS_VERSION "\n"; return 0;
-            case 'h': std::cout << kUsage; return 0;
+            case optOpcodes: return Print(OpcodeTable()) ? 0 : kBadUse;
+            case optVersion: return Print("mlds-testasm " MLDS_VERSION "\n") ? 0 : kBadUse;
+            case 'h': return Print(kUsage) ? 0 : kBadUse;
             default: return kBadUse;
         }
     }

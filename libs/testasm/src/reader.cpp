@@ -28,6 +28,7 @@ public:
             } else {
                 ReadInside(line);
             }
+            if (m_pOperands != nullptr && m_pOperands->bUndeclared()) return {};
         }
         if (m_pOperands != nullptr) {
             m_diagnostics.Error({number + 1, 1}, "expected 'end' of test '" + m_test.name + "'");

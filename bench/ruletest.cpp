@@ -3,8 +3,8 @@
 #include <stdexcept>
 
 #include "compare.h"
-#include "testasm/plexaschema.h"
-#include "testasm/testasm.h"
+#include "mlds/testasm/plexaschema.h"
+#include "mlds/testasm/testasm.h"
 #include "tiers.h"
 
 using bench::Compare;

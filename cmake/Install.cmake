@@ -1,4 +1,7 @@
 # What `cmake --install` puts into a prefix: headers, library, CMake package, pkg-config file.
+#
+# The libraries that stand on mlds (libs/NAME) are components of the package: hosts ask for them with
+# `find_package(mlds COMPONENTS NAME)` and link with `mlds::NAME`.
 
 include(CMakePackageConfigHelpers)
 
@@ -19,6 +22,16 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/mldsConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/mldsConfig.cmake ${PROJECT_BINARY_DIR}/mldsConfigVersion.cmake
   DESTINATION ${package_dir})
+
+# mlds_install_component(NAME): installs the target mlds_NAME of the current folder with the headers
+# in its include/.
+function(mlds_install_component name)
+  install(TARGETS mlds_${name} EXPORT mlds-${name}Targets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(DIRECTORY include/mlds DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h")
+  install(EXPORT mlds-${name}Targets NAMESPACE mlds:: DESTINATION ${package_dir})
+endfunction()
 
 # The pkg-config file finds the prefix from its own place, so that an installation can be moved,
 # unless its folder was given as an absolute path.

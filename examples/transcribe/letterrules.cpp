@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "letters.h"
+#include "mlds/testasm/plexaschema.h"
 #include "rulestext.h"
-#include "testasm/plexaschema.h"
 
 namespace transcribe {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "interval.h"
-#include "testasm/testasm.h"
+#include "mlds/testasm/testasm.h"
 #include "tiers.h"
 #include "trace.h"
 #include "view.h"

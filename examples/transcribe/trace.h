@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "testasm/testasm.h"
+#include "mlds/testasm/testasm.h"
 #include "tiers.h"
 
 namespace transcribe {

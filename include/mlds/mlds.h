@@ -14,5 +14,6 @@
 #include "mlds/syncmark.h"
 #include "mlds/token.h"
 #include "mlds/varlist.h"
+#include "mlds/version.h"
 
 #endif

@@ -1,23 +1,29 @@
 #!/usr/bin/env bash
-# check_install.sh BUILD_DIR WORK_DIR [--host-logger]
+# check_install.sh [--host-logger] [--testasm] BUILD_DIR WORK_DIR
 #
 # Installs a built tree into a prefix of its own, moves the prefix somewhere else, and builds and
-# runs a program there: once with find_package, once with pkg-config. With --host-logger the
-# program brings the logger, as it must for a library built with MLDS_OKULOG=OFF.
+# runs programs there: with find_package, and with pkg-config. With --host-logger the programs bring
+# the logger, as they must for a library built with MLDS_OKULOG=OFF. With --testasm one of them
+# assembles a rule test; otherwise asking for that component has to be refused.
 set -euo pipefail
 
+has_logger=OFF
+assembles=OFF
+while [[ "${1:-}" == --* ]]; do
+    case "$1" in
+        --host-logger) has_logger=ON ;;
+        --testasm) assembles=ON ;;
+        *) echo "unknown option $1" >&2; exit 2 ;;
+    esac
+    shift
+done
 build=$1
 work=$2
-logger=${3:-}
 consumer=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/consumer
 cxx=${CXX:-c++}
 
 sources=("$consumer/main.cpp")
-has_logger=OFF
-if [ "$logger" = --host-logger ]; then
-    sources+=("$consumer/host_logger.cpp")
-    has_logger=ON
-fi
+[ "$has_logger" = OFF ] || sources+=("$consumer/host_logger.cpp")
 
 expect_output() {
     local output
@@ -41,10 +47,25 @@ pc=$(find "$work/prefix" -name mlds.pc)
 [ -n "$pc" ] || { echo "no pkg-config file was installed" >&2; exit 1; }
 
 echo "== a program that uses find_package"
-cmake -S "$consumer" -B "$work/consumer" -DCMAKE_CXX_COMPILER="$cxx" \
-    -DCMAKE_PREFIX_PATH="$work/prefix" -DCONSUMER_HAS_LOGGER="$has_logger" >"$work/configure.log"
+configure_consumer() {
+    cmake -S "$consumer" -B "$work/consumer" -DCMAKE_CXX_COMPILER="$cxx" \
+        -DCMAKE_PREFIX_PATH="$work/prefix" -DCONSUMER_HAS_LOGGER="$has_logger" \
+        -DCONSUMER_ASSEMBLES="$1" >"$work/configure.log" 2>&1
+}
+if [ "$assembles" = OFF ]; then
+    if configure_consumer ON; then
+        echo "a component that is not there was found" >&2
+        exit 1
+    fi
+    # The reason may be broken into several lines.
+    tr -s ' \n' ' ' <"$work/configure.log" |
+        grep -qF "mlds was installed without its component 'testasm'" ||
+        { cat "$work/configure.log" >&2; exit 1; }
+fi
+configure_consumer "$assembles" || { cat "$work/configure.log" >&2; exit 1; }
 cmake --build "$work/consumer" >"$work/build.log" || { cat "$work/build.log" >&2; exit 1; }
 expect_output "$work/consumer/consumer"
+[ "$assembles" = OFF ] || "$work/consumer/assembling" | grep -x 'vowels: o a'
 
 echo "== a program that uses pkg-config, in C++11"
 export PKG_CONFIG_PATH
@@ -54,4 +75,5 @@ libdir=$(pkg-config --variable=libdir mlds)
 "$cxx" -std=c++11 -Wall -Wextra -Wpedantic -Werror "${sources[@]}" "${flags[@]}" \
     -Wl,-rpath,"$libdir" -o "$work/consumer_pc"
 expect_output "$work/consumer_pc"
-[ "$(pkg-config --modversion mlds)" = "$(sed -n 's/^Version: //p' "$pc")" ]
+"$work/consumer_pc" | grep -qxF "mlds $(pkg-config --modversion mlds)" ||
+    { echo "header and package differ in their version" >&2; exit 1; }

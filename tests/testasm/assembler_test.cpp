@@ -5,11 +5,11 @@
 #include <fstream>
 #include <sstream>
 
+#include "mlds/testasm/plexaschema.h"
+#include "mlds/testasm/testasm.h"
+#include "mlds/testasm/text.h"
 #include "names.h"
 #include "support/tiers.h"
-#include "testasm/plexaschema.h"
-#include "testasm/testasm.h"
-#include "testasm/text.h"
 
 namespace {
 
@@ -143,6 +143,15 @@ TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
         EXPECT_THAT(assembly.diagnostics().Text(), HasSubstr(std::string("t:") + error)) << source;
         EXPECT_EQ(assembly.ok(), assembly.size() > 0);
     }
+    // One line is enough where every name is unknown.
+    const std::string two = "test t %inp\nfocus p\np: Ptr ^c\nend\ntest u %inp\nfocus q\nend";
+    EXPECT_EQ(
+        Assembler().Assemble(two, "t").diagnostics().Text(),
+        "t:1:8: error: expected declarations of streams, in a schema (--schema) or before the "
+        "first test, found %inp\n");
+    EXPECT_EQ(Assembler().Assemble("stream inp\n" + two, "t").diagnostics().Text(),
+              "t:4:8: error: expected declarations of variables, in a schema (--schema) or before "
+              "the first test, found ^c\n");
     std::string longest = "test t %inp\nfocus p\np: Ptr ^c\n";
     for (int i = 0; i < 253; ++i) longest += "AngleBrkt\n";
     EXPECT_EQ(Assembler(Names()).Assemble(longest + "end", "t").size(), 256);

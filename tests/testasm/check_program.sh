@@ -1,8 +1,9 @@
 #!/bin/sh
-# check_program.sh PROGRAM DIR: assembles, takes apart and assembles again, and looks at exit statuses.
+# check_program.sh PROGRAM VERSION DIR: assembles, takes apart and assembles again, and looks at exit statuses.
 set -eu
 program=$1
-dir=$2
+version=$2
+dir=$3
 mkdir -p "$dir"
 cd "$dir"
 
@@ -17,6 +18,8 @@ expect() {
 }
 
 wanted=0
+expect --version
+[ "$(cat out.txt)" = "mlds-testasm $version" ]
 expect good.mta --schema names.txt --output good.bin
 expect good.bin --schema names.txt --disassemble
 cp out.txt again.mta
@@ -31,3 +34,14 @@ expect good.mta
 expect missing.mta --list
 expect . --list
 expect good.mta --schema names.txt --output missing/good.bin
+
+# An output that takes nothing, full or closed, is said and is a failure.
+for what in "good.mta --schema names.txt --list" "good.bin --disassemble" --opcodes --help --version
+do
+    for output in '>/dev/full' '>&-'; do
+        status=0
+        eval "\"\$program\" $what 2>errors.txt $output" || status=$?
+        [ "$status" -eq 2 ] || { echo "$what $output: status $status"; exit 1; }
+        grep -q '^mlds-testasm: cannot write to standard output: .' errors.txt
+    done
+done

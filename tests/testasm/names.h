@@ -2,8 +2,8 @@
 #ifndef MLDS_TESTS_TESTASM_NAMES_H
 #define MLDS_TESTS_TESTASM_NAMES_H
 
-#include "testasm/diagnostics.h"
-#include "testasm/schema.h"
+#include "mlds/testasm/diagnostics.h"
+#include "mlds/testasm/schema.h"
 
 namespace mlds_testasm_test {
 

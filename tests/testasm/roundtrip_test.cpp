@@ -3,12 +3,12 @@
 
 #include <random>
 
+#include "mlds/testasm/file.h"
+#include "mlds/testasm/testasm.h"
+#include "mlds/testasm/text.h"
+#include "mlds/testasm/validate.h"
 #include "names.h"
 #include "ruletest/opcodes.h"
-#include "testasm/file.h"
-#include "testasm/testasm.h"
-#include "testasm/text.h"
-#include "testasm/validate.h"
 
 namespace {
 

@@ -7,10 +7,11 @@
 #include <iostream>
 #include <optional>
 
-#include "testasm/file.h"
-#include "testasm/testasm.h"
-#include "testasm/text.h"
-#include "testasm/validate.h"
+#include "mlds/testasm/file.h"
+#include "mlds/testasm/testasm.h"
+#include "mlds/testasm/text.h"
+#include "mlds/testasm/validate.h"
+#include "mlds/version.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ docs/testasm.md.
   -d, --disassemble    FILE holds instructions; print their text
       --opcodes        print the table of instructions
   -h, --help           print this help and exit
+      --version        print the version and exit
 
 The exit status is 0 if nothing was wrong (there may be warnings), 1 if something was, and 2 if the
 command line was wrong or a file could not be read or written.
@@ -76,6 +78,16 @@ bool WriteFile(const std::string& path, const std::string& content) {
     return false;
 }
 
+// What is printed is out before anything else happens: nobody takes half a listing for a whole one,
+// and no file that is opened later takes the place of a closed output.
+bool Print(const std::string& text) {
+    errno = 0;
+    if (std::cout << text << std::flush) return true;
+    Complain(std::string("cannot write to standard output: ") +
+             std::strerror(errno != 0 ? errno : EIO));
+    return false;
+}
+
 int Disassemble(const Options& options, const Schema& schema, const std::string& content) {
     Image image;
     std::string expected;
@@ -86,8 +98,9 @@ int Disassemble(const Options& options, const Schema& schema, const std::string&
     Diagnostics diagnostics(options.file);
     const Program program = Lift(image, diagnostics);
     Validate(program, schema, diagnostics);
-    if (!options.bCheck) std::cout << WriteProgram(program, schema);
+    const bool bPrinted = options.bCheck || Print(WriteProgram(program, schema));
     std::cerr << diagnostics.Text();
+    if (!bPrinted) return kBadUse;
     return diagnostics.errors() > 0 ? 1 : 0;
 }
 
@@ -95,7 +108,7 @@ int Assemble(const Options& options, Schema schema, const std::string& content) 
     const Assembly assembly = Assembler(std::move(schema)).Assemble(content, options.file);
     std::cerr << assembly.diagnostics().Text();
     if (!assembly.ok()) return 1;
-    if (options.bList) std::cout << Listing(assembly);
+    if (options.bList && !Print(Listing(assembly))) return kBadUse;
     if (options.output.empty() || options.bCheck) return 0;
     return WriteFile(options.output, WriteImage(assembly.image())) ? 0 : kBadUse;
 }
@@ -119,12 +132,16 @@ int Run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    enum { optOpcodes = 1000 };
-    static const option kLong[] = {
-        {"output", required_argument, nullptr, 'o'}, {"schema", required_argument, nullptr, 's'},
-        {"list", no_argument, nullptr, 'l'},         {"check", no_argument, nullptr, 'c'},
-        {"disassemble", no_argument, nullptr, 'd'},  {"opcodes", no_argument, nullptr, optOpcodes},
-        {"help", no_argument, nullptr, 'h'},         {nullptr, 0, nullptr, 0}};
+    enum { optOpcodes = 1000, optVersion };
+    static const option kLong[] = {{"output", required_argument, nullptr, 'o'},
+                                   {"schema", required_argument, nullptr, 's'},
+                                   {"list", no_argument, nullptr, 'l'},
+                                   {"check", no_argument, nullptr, 'c'},
+                                   {"disassemble", no_argument, nullptr, 'd'},
+                                   {"opcodes", no_argument, nullptr, optOpcodes},
+                                   {"help", no_argument, nullptr, 'h'},
+                                   {"version", no_argument, nullptr, optVersion},
+                                   {nullptr, 0, nullptr, 0}};
     Options options;
     for (int c; (c = getopt_long(argc, argv, "o:s:lcdh", kLong, nullptr)) != -1;) {
         switch (c) {
@@ -133,8 +150,9 @@ int main(int argc, char** argv) {
             case 'l': options.bList = true; break;
             case 'c': options.bCheck = true; break;
             case 'd': options.bDisassemble = true; break;
-            case optOpcodes: std::cout << OpcodeTable(); return 0;
-            case 'h': std::cout << kUsage; return 0;
+            case optOpcodes: return Print(OpcodeTable()) ? 0 : kBadUse;
+            case optVersion: return Print("mlds-testasm " MLDS_VERSION "\n") ? 0 : kBadUse;
+            case 'h': return Print(kUsage) ? 0 : kBadUse;
             default: return kBadUse;
         }
     }

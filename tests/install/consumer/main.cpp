@@ -14,6 +14,7 @@ int Fail(const char* what) {
 }  // namespace
 
 int main() {
+    std::printf("mlds %s\n", MLDS_VERSION);
     CPlexa plexa(nullptr);
     CStream* phones = plexa.pStream(plexa.AddStream("phone"));
     if (phones == nullptr) return Fail("no stream");

@@ -1,7 +1,7 @@
 // The assembler for rule tests: text in, the instructions that CPlexa::Test runs out.
 //
-//     #include "testasm/plexaschema.h"
-//     #include "testasm/testasm.h"
+//     #include "mlds/testasm/plexaschema.h"
+//     #include "mlds/testasm/testasm.h"
 //
 //     mlds_testasm::Assembler assembler(mlds_testasm::SchemaOf(plexa, &variables));
 //     mlds_testasm::Assembly rules = assembler.Assemble(text, "rules.mta");
@@ -21,10 +21,10 @@
 #include <string_view>
 #include <vector>
 
-#include "testasm/diagnostics.h"
-#include "testasm/image.h"
-#include "testasm/model.h"
-#include "testasm/schema.h"
+#include "mlds/testasm/diagnostics.h"
+#include "mlds/testasm/image.h"
+#include "mlds/testasm/model.h"
+#include "mlds/testasm/schema.h"
 
 namespace mlds_testasm {
 

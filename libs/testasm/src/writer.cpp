@@ -1,10 +1,10 @@
 // Model to text.
 #include <set>
 
+#include "mlds/testasm/image.h"
+#include "mlds/testasm/text.h"
 #include "ruletest/opcodes.h"
-#include "testasm/image.h"
-#include "testasm/scan.h"
-#include "testasm/text.h"
+#include "scan.h"
 
 using mlds::OperandKind;
 

@@ -5,8 +5,8 @@
 #include <functional>
 #include <set>
 
+#include "mlds/testasm/validate.h"
 #include "ruletest/opcodes.h"
-#include "testasm/validate.h"
 
 using mlds::Opcode;
 using mlds::OperandKind;

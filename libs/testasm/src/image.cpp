@@ -1,11 +1,11 @@
 // Test programs as bytes, and the way there and back.
-#include "testasm/image.h"
+#include "mlds/testasm/image.h"
 
 #include <algorithm>
 #include <map>
 
+#include "codec.h"
 #include "ruletest/opcodes.h"
-#include "testasm/codec.h"
 
 namespace mlds_testasm {
 

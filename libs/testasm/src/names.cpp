@@ -1,6 +1,6 @@
 // What the numbers of a lifted test are called, as far as their use shows it.
+#include "codec.h"
 #include "ruletest/opcodes.h"
-#include "testasm/codec.h"
 
 using mlds::OperandKind;
 

@@ -1,5 +1,5 @@
 // Looking up names.
-#include "testasm/schema.h"
+#include "mlds/testasm/schema.h"
 
 #include <algorithm>
 #include <bit>

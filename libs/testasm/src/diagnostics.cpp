@@ -1,5 +1,5 @@
 // What is wrong with a text or a program, and where.
-#include "testasm/diagnostics.h"
+#include "mlds/testasm/diagnostics.h"
 
 #include <algorithm>
 

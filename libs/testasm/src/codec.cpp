@@ -1,5 +1,5 @@
 // One instruction as five bytes.
-#include "testasm/codec.h"
+#include "codec.h"
 
 #include <cstdint>
 

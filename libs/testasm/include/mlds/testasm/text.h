@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "testasm/model.h"
-#include "testasm/schema.h"
+#include "mlds/testasm/model.h"
+#include "mlds/testasm/schema.h"
 
 namespace mlds_testasm {
 

@@ -1,12 +1,12 @@
 // Text to model: the operands of instructions.
-#include "testasm/operands.h"
+#include "operands.h"
 
 #include <algorithm>
 #include <climits>
 #include <iterator>
 
+#include "mlds/testasm/text.h"
 #include "ruletest/opcodes.h"
-#include "testasm/text.h"
 
 using mlds::OperandKind;
 
@@ -208,10 +208,20 @@ bool Operands::ReadNumber(Line& line, const char* what, int low, int high, int* 
     return true;
 }
 
+// `bAny`: something of the kind is declared.
+bool Operands::ExpectedDeclared(Line& line, bool bAny, const char* one, const char* all) {
+    if (bAny) return line.Expected(std::string(one) + " that is declared");
+    m_bUndeclared = true;
+    return line.Expected(std::string("declarations of ") + all +
+                         ", in a schema (--schema) or before the first test");
+}
+
 bool Operands::ReadStream(Line& line, int* pStream) {
     if (!line.Is(Lex::stream)) return line.Expected("a stream (%name)");
     *pStream = m_schema.FindStream(line.Peek().text);
-    if (*pStream < 0) return line.Expected("a stream that is declared");
+    if (*pStream < 0) {
+        return ExpectedDeclared(line, !m_schema.streams.empty(), "a stream", "streams");
+    }
     line.Next();
     return true;
 }
@@ -242,8 +252,8 @@ bool Operands::ReadVariable(Line& line, bool bMark, bool bToken, int* pVariable)
     const SchemaVariable* pKnown = m_schema.VariableAt(*pVariable);
     if (pKnown == nullptr || pKnown->bToken != bIsToken) {
         *pVariable = 0;
-        return line.Expected(std::string(bIsToken ? "a token" : "a mark") +
-                             " variable that is declared");
+        return ExpectedDeclared(line, !m_schema.variables.empty(),
+                                bIsToken ? "a token variable" : "a mark variable", "variables");
     }
     line.Next();
     return true;

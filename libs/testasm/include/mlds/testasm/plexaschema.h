@@ -4,8 +4,8 @@
 #define MLDS_TESTASM_PLEXASCHEMA_H
 
 #include "mlds/plexa.h"
+#include "mlds/testasm/schema.h"
 #include "mlds/varlist.h"
-#include "testasm/schema.h"
 
 namespace mlds_testasm {
 

@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-#include "testasm/image.h"
+#include "mlds/testasm/image.h"
 
 namespace mlds_testasm {
 

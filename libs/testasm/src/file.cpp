@@ -1,5 +1,5 @@
 // Test programs in files.
-#include "testasm/file.h"
+#include "mlds/testasm/file.h"
 
 #include <cstdint>
 

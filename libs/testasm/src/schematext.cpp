@@ -1,6 +1,5 @@
 // Declarations: reading and writing schemas.
-#include "testasm/scan.h"
-#include "testasm/schema.h"
+#include "declarations.h"
 
 namespace mlds_testasm {
 
@@ -23,9 +22,9 @@ const char* NameOfType(FieldValType type) {
 
 void ReadNames(Line& line, const char* what, std::vector<std::string>* pNames) {
     while (!line.AtEnd()) {
-        // A value may look like a number.
+        // A value may look like a number, and "07" is not "7".
         if (line.Is(Lex::number)) {
-            pNames->push_back(std::to_string(line.Next().number));
+            pNames->emplace_back(line.Next().source);
         } else if (!line.Name(what, &pNames->emplace_back())) {
             return;
         }

@@ -1,5 +1,5 @@
 // The words of one line.
-#include "testasm/scan.h"
+#include "scan.h"
 
 #include <charconv>
 #include <cstdint>

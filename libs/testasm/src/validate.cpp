@@ -1,14 +1,14 @@
 // What is wrong with a program, before anything runs it.
-#include "testasm/validate.h"
+#include "mlds/testasm/validate.h"
 
 #include <cstdint>
 #include <optional>
 #include <set>
 
+#include "codec.h"
+#include "mlds/testasm/image.h"
+#include "mlds/testasm/text.h"
 #include "ruletest/opcodes.h"
-#include "testasm/codec.h"
-#include "testasm/image.h"
-#include "testasm/text.h"
 
 using mlds::Opcode;
 using mlds::OperandKind;

@@ -2,8 +2,8 @@
 #ifndef MLDS_TESTASM_VALIDATE_H
 #define MLDS_TESTASM_VALIDATE_H
 
-#include "testasm/model.h"
-#include "testasm/schema.h"
+#include "mlds/testasm/model.h"
+#include "mlds/testasm/schema.h"
 
 namespace mlds_testasm {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "testasm/diagnostics.h"
+#include "mlds/testasm/diagnostics.h"
 
 namespace mlds_testasm {
 

@@ -1,5 +1,5 @@
 // Building and asking the graph of instructions.
-#include "testasm/model.h"
+#include "mlds/testasm/model.h"
 
 #include "ruletest/opcodes.h"
 

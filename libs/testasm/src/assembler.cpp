@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "testasm/testasm.h"
-#include "testasm/text.h"
-#include "testasm/validate.h"
+#include "mlds/testasm/testasm.h"
+#include "mlds/testasm/text.h"
+#include "mlds/testasm/validate.h"
 
 namespace mlds_testasm {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "testasm/model.h"
+#include "mlds/testasm/model.h"
 
 namespace mlds_testasm {
 

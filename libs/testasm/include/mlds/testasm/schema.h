@@ -12,7 +12,6 @@
 namespace mlds_testasm {
 
 class Diagnostics;
-class Line;
 
 struct SchemaField {
     std::string name;
@@ -63,9 +62,6 @@ struct Schema {
 ///
 /// Names may be quoted; ';' and '#' begin comments.
 Schema ReadSchema(std::string_view text, Diagnostics& diagnostics);
-
-/// Takes one declaration into a schema. False, with nothing read, if the line is none.
-bool ReadDeclaration(Line& line, Schema& schema, Diagnostics& diagnostics);
 
 /// The declarations of a schema.
 std::string WriteSchema(const Schema& schema);

@@ -6,9 +6,9 @@
 #include <memory>
 #include <span>
 
-#include "testasm/model.h"
-#include "testasm/scan.h"
-#include "testasm/schema.h"
+#include "mlds/testasm/model.h"
+#include "mlds/testasm/schema.h"
+#include "scan.h"
 
 namespace mlds_testasm {
 
@@ -28,6 +28,9 @@ public:
     void ReadBytes(Line& line, Bytes& bytes, std::size_t count);
     bool IsPending(NodeId id, std::size_t i) const;
     void Resolve();
+    /// True once a name was met although nothing declares names of its kind: then all names are
+    /// unknown, and saying it once is enough.
+    bool bUndeclared() const { return m_bUndeclared; }
 
 private:
     struct Pending {
@@ -45,6 +48,7 @@ private:
     bool ReadNumber(Line& line, const char* what, int low, int high, int* pNumber);
     bool ReadStream(Line& line, int* pStream);
     bool ReadField(Line& line, int* pField, int* pStream);
+    bool ExpectedDeclared(Line& line, bool bAny, const char* one, const char* all);
     bool ReadVariable(Line& line, bool bMark, bool bToken, int* pVariable);
     void ResolveValue(const Pending& pending);
 
@@ -53,6 +57,7 @@ private:
     Diagnostics& m_diagnostics;
     std::map<std::string, NodeId> m_labels;
     std::vector<Pending> m_pending;
+    bool m_bUndeclared = false;
 };
 
 }  // namespace mlds_testasm

@@ -1,9 +1,10 @@
 // Text to model: tests and their lines.
 #include <memory>
 
+#include "declarations.h"
+#include "mlds/testasm/text.h"
+#include "operands.h"
 #include "ruletest/opcodes.h"
-#include "testasm/operands.h"
-#include "testasm/text.h"
 
 namespace mlds_testasm {
 
@@ -27,6 +28,7 @@ public:
             } else {
                 ReadInside(line);
             }
+            if (m_pOperands != nullptr && m_pOperands->bUndeclared()) return {};
         }
         if (m_pOperands != nullptr) {
             m_diagnostics.Error({number + 1, 1}, "expected 'end' of test '" + m_test.name + "'");

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "testasm/diagnostics.h"
+#include "mlds/testasm/diagnostics.h"
 
 namespace mlds {
 struct OpcodeInfo;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "testasm/model.h"
+#include "mlds/testasm/model.h"
 
 namespace mlds_testasm {
 

@@ -141,9 +141,4 @@ std::string ToUtf8(std::string_view latin1) {
     return text;
 }
 
-std::string Shortened(std::string_view latin1) {
-    constexpr std::size_t kMost = 60;
-    return ToUtf8(latin1.substr(0, kMost)) + (latin1.size() > kMost ? "..." : "");
-}
-
 }  // namespace transcribe

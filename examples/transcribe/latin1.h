@@ -33,9 +33,6 @@ DecodedText FromUtf8(std::string_view utf8, Foreign foreign);
 
 std::string ToUtf8(std::string_view latin1);
 
-/// A text for a message, in UTF-8; of a long one the beginning.
-std::string Shortened(std::string_view latin1);
-
 }  // namespace transcribe
 
 #endif

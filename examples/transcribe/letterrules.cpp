@@ -8,7 +8,6 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "latin1.h"
 #include "letters.h"
 #include "require.h"
 #include "rulestext.h"
@@ -95,7 +94,7 @@ void LetterRules::ReadPhones() {
     constexpr std::string_view kArrow = " -> ";
     mlds_testasm::Diagnostics faults(m_file);
     for (const mlds_testasm::ImageTest& test : m_assembly.tests()) {
-        const std::string rule = "rule \"" + Shortened(test.name) + '"';
+        const std::string rule = "rule \"" + mlds_testasm::Shortened(test.name) + '"';
         const mlds_testasm::Place place = m_assembly.info(test.base).place;
         const std::size_t arrow = test.name.find(kArrow);
         if (arrow == std::string::npos) {
@@ -105,8 +104,8 @@ void LetterRules::ReadPhones() {
         const std::string phones = test.name.substr(arrow + kArrow.size());
         const std::string fault = FaultOfPhones(m_tiers, phones);
         if (!fault.empty()) {
-            faults.Error(place, "expected phones, found \"" + Shortened(phones) + "\" in " + rule +
-                                    ": " + fault);
+            faults.Error(place, "expected phones, found \"" + mlds_testasm::Shortened(phones) +
+                                    "\" in " + rule + ": " + fault);
         }
         m_rules.push_back({test.name, phones, test.base});
     }
@@ -125,7 +124,7 @@ Sound LetterRules::SoundOf(const Interval& letter) {
             if (m_pEnd == nullptr || !m_pEnd->RightOf(letter.pLeft)) {
                 const int line = m_assembly.info(rule.base).place.line;
                 throw RulesError(m_file + ':' + std::to_string(line) + ": error: rule \"" +
-                                 Shortened(rule.name) +
+                                 mlds_testasm::Shortened(rule.name) +
                                  "\" holds, but has not bound ^end behind the letter\n");
             }
             return {rule.phones, m_pEnd};

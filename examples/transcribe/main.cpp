@@ -225,8 +225,8 @@ bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
             case 'h': bHelp = true; return true;
             case 'r':
                 if (ReadRate(optarg, read.rate)) break;
-                std::cerr << "transcribe: " << transcribe::Shortened(optarg)
-                          << " is no rate: a number from " << transcribe::kSlowestRate << " to "
+                std::cerr << "transcribe: '" << mlds_testasm::Shortened(optarg)
+                          << "' is no rate: a number from " << transcribe::kSlowestRate << " to "
                           << transcribe::kFastestRate << '\n';
                 return false;
             case 'g':

@@ -30,18 +30,19 @@ import subprocess
 import sys
 import tempfile
 
-# Commands that are not run here, by the first line of their block, and who runs them instead.
+# Commands that are not run here, a block each, without comments; and why.
 NOT_RUN = {
-    './scripts/demo     # builds, and turns a page of Spanish into aligned tiers':
-        'installs packages and builds the project',
+    './scripts/demo\n./scripts/test':
+        'install packages, build the project and run this',
     'cmake -S . -B build && cmake --build build && cmake --install build':
         'builds and installs the project, as tests/install does',
     'cmake --preset release && cmake --build --preset release --target transcribe':
         'builds the project',
-    'cmake --preset release && cmake --build --preset release':
+    'cmake --preset release && cmake --build --preset release\n'
+    'bench/run build/release/bench/mlds_bench Append':
         'builds the project and measures for minutes',
-    'mlds-viewer                        # engines: 127.0.0.1:4801, page: http://127.0.0.1:4802/':
-        'waits for people; tests/viewertool runs it',
+    'mlds-viewer\ntranscribe --step text.txt':
+        'wait for people; tests/viewertool and examples/check_view.sh run them',
 }
 
 SECONDS = 20  # for one program or the commands of one block
@@ -103,7 +104,7 @@ class Checker:
         self.options = options
         self.folder = folder
         self.failures = failures
-        self.used = set()  # lines of NOT_RUN
+        self.used = set()  # of NOT_RUN
         self.environment = dict(os.environ, LC_ALL='C.UTF-8')
         programs = [os.path.join(options.build, name) for name in ('tools', 'examples')]
         self.environment['PATH'] = os.pathsep.join(programs + [os.environ['PATH']])
@@ -207,7 +208,7 @@ class Checker:
         for path in glob.glob(os.path.join(self.options.source, 'examples/*/*.cpp')):
             with open(path, encoding='utf-8') as file:
                 lines = bare(file.read())
-            if any(lines[i:i + len(wanted)] == wanted for i in range(len(lines))):
+            if wanted and any(lines[i:i + len(wanted)] == wanted for i in range(len(lines))):
                 return True
         return False
 
@@ -220,12 +221,13 @@ class Checker:
             if path:
                 with open(os.path.join(root, path), 'w', encoding='utf-8') as file:
                     file.write(block.text)
-            first = block.text.split('\n')[0]
-            if block.kind == 'sh' and first in NOT_RUN:
-                self.used.add(first)
         for block in blocks:
-            if block.kind == 'sh' and block.text.split('\n')[0] not in NOT_RUN:
-                self.check_command(block, following, root, block.text)
+            if block.kind == 'sh':
+                commands = re.sub(r'\s*# .*$', '', block.text, flags=re.MULTILINE).strip()
+                if commands in NOT_RUN:
+                    self.used.add(commands)
+                else:
+                    self.check_command(block, following, root, block.text)
             elif block.kind == 'mta':
                 self.check_command(block, following, root, 'mlds-testasm rules.mta --check')
             elif block.kind == 'listing':
@@ -300,8 +302,8 @@ def main():
             os.path.relpath(path, options.source)
             for path in glob.glob(os.path.join(options.source, 'docs', '*.md')))
         number = sum(check_page(checker, page, failures) for page in pages)
-        for first in sorted(set(NOT_RUN) - checker.used):
-            failures.add(Block('NOT_RUN', 0, '', ''), 'no page has these commands: ' + first)
+        for commands in sorted(set(NOT_RUN) - checker.used):
+            failures.add(Block('NOT_RUN', 0, '', ''), 'no page has these commands: ' + commands)
     finally:
         shutil.rmtree(folder)
     print('%d blocks on %d pages, %d faults' % (number, len(pages), failures.count))

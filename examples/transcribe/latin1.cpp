@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 namespace transcribe {
 
@@ -104,16 +105,22 @@ TextFault Fault(std::size_t i, const char* format, unsigned code) {
 
 }  // namespace
 
-DecodedText FromUtf8(std::string_view utf8) {
+DecodedText FromUtf8(std::string_view utf8, Foreign foreign) {
     const char* pWrong = nullptr;
     const std::u32string text = Decode(utf8, pWrong);
     DecodedText result;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (Append(text[i], result.latin1)) continue;
-        const char* format =
-            IsControl(text[i]) ? "control character U+%04X" : "character U+%04X is not in Latin-1";
-        result.fault = Fault(i, format, text[i]);
-        return result;
+        if (IsControl(text[i])) {
+            result.fault = Fault(i, "control character U+%04X", text[i]);
+            return result;
+        }
+        TextFault fault = Fault(i, "character U+%04X is not in Latin-1", text[i]);
+        if (foreign == Foreign::isFault) {
+            result.fault = std::move(fault);
+            return result;
+        }
+        if (result.nLeftOut++ == 0) result.leftOut = std::move(fault);
     }
     if (pWrong != nullptr) {
         result.fault = Fault(text.size(), "invalid UTF-8, byte 0x%02X", Code(*pWrong));

@@ -19,12 +19,17 @@ struct TextFault {
 struct DecodedText {
     std::string latin1;
     std::optional<TextFault> fault;
+    std::optional<TextFault> leftOut;  ///< the first character that was left out
+    std::size_t nLeftOut = 0;
 };
 
-/// Reads UTF-8 strictly. Typographic characters that Latin-1 lacks become plain ones, invisible
-/// ones go, and an accent that follows its letter is joined with it; what is then still outside
-/// Latin-1, and every control character, is a fault.
-DecodedText FromUtf8(std::string_view utf8);
+/// What to do with a character that Latin-1 does not have.
+enum class Foreign { isFault, isLeftOut };
+
+/// Reads UTF-8. Typographic characters that Latin-1 lacks become plain ones, invisible ones go, and
+/// an accent that follows its letter is joined with it; what is then still outside Latin-1 is dealt
+/// with as `foreign` says. Bytes that are no UTF-8 and control characters are always faults.
+DecodedText FromUtf8(std::string_view utf8, Foreign foreign);
 
 std::string ToUtf8(std::string_view latin1);
 

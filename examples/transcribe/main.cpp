@@ -27,6 +27,7 @@
 namespace {
 
 using transcribe::DecodedText;
+using transcribe::Foreign;
 using transcribe::Tiers;
 using transcribe::View;
 
@@ -43,21 +44,33 @@ Without FILE, or where FILE is -, reads standard input.
   -g, --textgrid DIR
                 write a Praat TextGrid per utterance into the folder, with a tier per stream
   -s, --svg DIR write a drawing per utterance into the folder, the streams over a time axis
+      --strict  skip lines with characters that are not in Latin-1; without, such characters are left
+                out with a warning
+      --rules FILE
+                take the rules for letters from the file
   -t, --trace   print to standard error which rules were tried at every letter, and what came of it
   -v, --view    let a viewer watch: one that runs here, or where plexaview.cfg says
       --step    the same, and wait for Enter after every rule and every stream
   -h, --help    print this help and exit
 
-The exit status is 0 if everything was transcribed, 1 if a file or a line was skipped, and 2 if the
+The exit status is 0 if everything was transcribed, 1 if a file or a line was skipped or the rules are
+faulty, and 2 if the
 command line was wrong.
 )";
 
-// A longer line is worked on in parts, so that memory stays in bounds.
-constexpr std::size_t kLongestPart = 20000;
+// A longer line is worked on in parts. The tiers of a character take about 1.5 KB, and every tier
+// is made by a walk along another: what does not fit into the caches of the processor costs two to
+// three times as much a character.
+constexpr std::size_t kLongestPart = 2000;
 
-// How much of a text makes the next part: all of it, or as much as fits, up to a space if possible.
+// How much of a text makes the next part: all of it, or as much as fits, up to the space behind a
+// pause, where durations do not change by the cut, or at least up to a space, if possible.
 std::size_t PartLength(std::string_view text) {
     if (text.size() <= kLongestPart) return text.size();
+    for (std::size_t i = kLongestPart; i-- > 1;) {
+        constexpr std::string_view kPauses = ".,:;?!";
+        if (text[i] == ' ' && kPauses.find(text[i - 1]) != std::string_view::npos) return i + 1;
+    }
     const std::size_t space = text.rfind(' ', kLongestPart - 1);
     return space != std::string_view::npos ? space + 1 : kLongestPart;
 }
@@ -67,17 +80,23 @@ struct Options {
     bool bTrace = false;
     bool bView = false;
     bool bStep = false;
+    bool bStrict = false;
     int rate = transcribe::kNormalRate;
     std::string textGridFolder;
     std::string svgFolder;
+    std::string rules;  // a file, or empty for the program's own
 };
 
 class Program {
 public:
     /// In steps, Enter is read from the given descriptor.
     Program(const Options& options, int keys)
-        : m_rules(m_tiers, options.bTrace ? &std::clog : nullptr),
+        : m_rules(m_tiers,
+                  options.rules.empty() ? transcribe::OwnRules()
+                                        : transcribe::RulesFromFile(options.rules),
+                  options.bTrace ? &std::clog : nullptr),
           m_files(options.textGridFolder, options.svgFolder),
+          m_foreign(options.bStrict ? Foreign::isFault : Foreign::isLeftOut),
           m_bPhones(options.bPhones),
           m_rate(options.rate) {
         if (options.bView) m_view.emplace(m_tiers.plexa, options.bStep, keys);
@@ -113,17 +132,26 @@ private:
         return line;
     }
 
+    // One line, however many there are: a text in another script has nothing else.
+    static void WarnOfLeftOut(const std::string& place, const DecodedText& decoded) {
+        std::cerr << place << ':' << decoded.leftOut->column
+                  << ": warning: " << decoded.leftOut->what << "; left out";
+        if (decoded.nLeftOut > 1) std::cerr << ", like " << decoded.nLeftOut - 1 << " behind it";
+        std::cerr << '\n';
+    }
+
     View* view() { return m_view ? &*m_view : nullptr; }
 
     bool TranscribeLine(std::string_view line, const std::string& name, const std::string& path,
                         int number) {
         const std::string place = name + ':' + std::to_string(number);
-        const DecodedText decoded = transcribe::FromUtf8(line);
+        const DecodedText decoded = transcribe::FromUtf8(line, m_foreign);
         if (decoded.fault) {
             std::cerr << place << ':' << decoded.fault->column << ": " << decoded.fault->what
                       << "; line skipped\n";
             return false;
         }
+        if (decoded.leftOut) WarnOfLeftOut(place, decoded);
         std::string_view text = decoded.latin1;
         if (text.find_first_not_of(' ') == std::string_view::npos) return true;
         if (!m_bPhones) std::cout << (m_bFirst ? "" : "\n") << place << '\n';
@@ -149,6 +177,7 @@ private:
     transcribe::LetterRules m_rules;
     transcribe::TimeFiles m_files;
     std::optional<View> m_view;
+    Foreign m_foreign;
     bool m_bPhones;
     int m_rate;
     bool m_bFirst = true;
@@ -173,7 +202,7 @@ bool IsFolder(const std::string& path) {
 
 // False if the command line is wrong, which is then said.
 bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
-    constexpr int kStep = 1000;
+    enum { kStep = 1000, kStrict, kRules };
     const option options[] = {{"phones", no_argument, nullptr, 'p'},
                               {"rate", required_argument, nullptr, 'r'},
                               {"textgrid", required_argument, nullptr, 'g'},
@@ -181,6 +210,8 @@ bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
                               {"trace", no_argument, nullptr, 't'},
                               {"view", no_argument, nullptr, 'v'},
                               {"step", no_argument, nullptr, kStep},
+                              {"strict", no_argument, nullptr, kStrict},
+                              {"rules", required_argument, nullptr, kRules},
                               {"help", no_argument, nullptr, 'h'},
                               {}};
     for (int c = 0; (c = getopt_long(argc, argv, "pr:g:s:tvh", options, nullptr)) != -1;) {
@@ -189,11 +220,14 @@ bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
             case 't': read.bTrace = true; break;
             case kStep: read.bStep = true; [[fallthrough]];
             case 'v': read.bView = true; break;
+            case kStrict: read.bStrict = true; break;
+            case kRules: read.rules = optarg; break;
             case 'h': bHelp = true; return true;
             case 'r':
                 if (ReadRate(optarg, read.rate)) break;
-                std::cerr << "transcribe: '" << optarg << "' is no rate: a number from "
-                          << transcribe::kSlowestRate << " to " << transcribe::kFastestRate << '\n';
+                std::cerr << "transcribe: '" << mlds_testasm::Shortened(optarg)
+                          << "' is no rate: a number from " << transcribe::kSlowestRate << " to "
+                          << transcribe::kFastestRate << '\n';
                 return false;
             case 'g':
                 read.textGridFolder = optarg;
@@ -245,6 +279,9 @@ int main(int argc, char** argv) try {
         return 1;
     }
     return bAll ? 0 : 1;
+} catch (const transcribe::RulesError& e) {
+    std::cerr << e.what();
+    return 1;
 } catch (const std::exception& e) {
     std::cerr << "transcribe: " << e.what() << '\n';
     return 1;

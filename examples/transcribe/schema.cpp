@@ -12,7 +12,7 @@ namespace transcribe {
 namespace {
 
 std::vector<std::string> Split(const std::string& utf8) {
-    std::istringstream text(FromUtf8(utf8).latin1);
+    std::istringstream text(FromUtf8(utf8, Foreign::isFault).latin1);
     std::vector<std::string> words;
     for (std::string word; text >> word;) words.push_back(word);
     return words;

@@ -4,7 +4,6 @@
 #include <ostream>
 
 #include "latin1.h"
-#include "rulestext.h"
 
 namespace transcribe {
 
@@ -33,8 +32,8 @@ void Trace::AfterTest(bool bHolds) {
     *m_pOut << "\n    " << (bHolds ? "holds" : "fails");
     if (!bHolds && m_failure) {
         const mlds_testasm::InstructionInfo& info = m_assembly.info(m_failure->instruction);
-        *m_pOut << " at " << m_failure->place << " in " << kRulesFile << ':' << info.place.line
-                << ' ' << info.label << ": " << info.text;
+        *m_pOut << " at " << m_failure->place << " in " << m_file << ':' << info.place.line << ' '
+                << info.label << ": " << info.text;
     }
     for (int i = 0; bHolds && i < m_variables.GetNumVars(); ++i) {
         if (!m_variables.IsDirty(i)) continue;

@@ -16,9 +16,13 @@ namespace transcribe {
 class Trace final : public CPlexaTestObserver {
 public:
     /// Refers to everything it is given. Without a stream it must not be used.
-    Trace(Tiers& tiers, const mlds_testasm::Assembly& assembly, CVarList& variables,
-          std::ostream* pOut)
-        : m_tiers(tiers), m_assembly(assembly), m_variables(variables), m_pOut(pOut) {}
+    Trace(Tiers& tiers, const mlds_testasm::Assembly& assembly, const std::string& file,
+          CVarList& variables, std::ostream* pOut)
+        : m_tiers(tiers),
+          m_assembly(assembly),
+          m_file(file),
+          m_variables(variables),
+          m_pOut(pOut) {}
 
     /// A letter at which rules are going to be tried, by the mark in front of it.
     void BeginLetter(CSyncMark* pBegin);
@@ -41,6 +45,7 @@ private:
 
     Tiers& m_tiers;
     const mlds_testasm::Assembly& m_assembly;
+    const std::string& m_file;  // where the rules stand
     CVarList& m_variables;
     std::ostream* m_pOut;
     CSyncMark* m_pWordBegin = nullptr;

@@ -285,4 +285,20 @@ TEST(TestAssembler, CirclesMustMove) {
     EXPECT_EQ(SaidOf("left", "Adj x a"), "");
 }
 
+TEST(TestAssembler, WhatAMessageQuotesIsShort) {
+    const std::string word(100'000, 'w');
+    const std::string test = "test t %inp\nfocus p\np: ";
+    for (const std::string& text :
+         {word, "test t %" + word + "\nend", "test " + word, "test " + word + "\nend",
+          "test t %inp\nfocus " + word + "\nend", test + word + "\nend",
+          test + "Ptr ^" + word + "\nend", test + "Eq %inp.name '" + word + "'\nend",
+          test + "Eq 1 '" + word + "'\nend", test + "Not q\nq: ParentPtr ^c %" + word + "\nend"}) {
+        const Assembly assembly = Assembler(Names()).Assemble(text, "t");
+        EXPECT_GT(assembly.diagnostics().errors(), 0) << text.substr(0, 80);
+        for (const auto& diagnostic : assembly.diagnostics().all()) {
+            EXPECT_LT(diagnostic.Text().size(), 200U) << diagnostic.Text().substr(0, 200);
+        }
+    }
+}
+
 }  // namespace

@@ -68,7 +68,7 @@ std::vector<ImageTest> Sorted(const Image& image, Diagnostics& diagnostics) {
             tests.push_back({test.name, test.base, {}});
         } else {
             diagnostics.Error({0, test.base},
-                              "expected a header for test '" + test.name + "' alone");
+                              "expected a header for test '" + Shortened(test.name) + "' alone");
         }
     }
     std::sort(tests.begin(), tests.end(),

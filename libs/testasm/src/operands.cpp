@@ -236,8 +236,9 @@ bool Operands::ReadField(Line& line, int* pField, int* pStream) {
         if (*pField >= 0) return line.Next(), true;
         *pField = 0;
     }
-    return line.Expected("a field of stream " +
-                         Quoted(m_schema.streams[static_cast<std::size_t>(*pStream)].name));
+    return line.Expected(
+        "a field of stream " +
+        Shortened(Quoted(m_schema.streams[static_cast<std::size_t>(*pStream)].name)));
 }
 
 bool Operands::ReadVariable(Line& line, bool bMark, bool bToken, int* pVariable) {
@@ -283,7 +284,7 @@ void Operands::Resolve() {
             node.operands[pending.operand] = found->second;
         } else {
             m_diagnostics.Error(PlaceOf(node, pending.operand),
-                                "expected a label of this test, found " + pending.text);
+                                "expected a label of this test, found " + Shortened(pending.text));
         }
     }
     for (const Pending& pending : m_pending) {
@@ -308,8 +309,8 @@ void Operands::ResolveValue(const Pending& pending) {
             return;
         }
     }
-    m_diagnostics.Error(place,
-                        "expected " + expected + ", found the text " + Quoted(pending.text, true));
+    m_diagnostics.Error(place, "expected " + expected + ", found the text " +
+                                   Shortened(Quoted(pending.text, true)));
 }
 
 }  // namespace mlds_testasm

@@ -31,7 +31,8 @@ public:
             if (m_pOperands != nullptr && m_pOperands->bUndeclared()) return {};
         }
         if (m_pOperands != nullptr) {
-            m_diagnostics.Error({number + 1, 1}, "expected 'end' of test '" + m_test.name + "'");
+            m_diagnostics.Error({number + 1, 1},
+                                "expected 'end' of test '" + Shortened(m_test.name) + "'");
             EndTest();
         }
         return std::move(m_program);
@@ -75,7 +76,7 @@ private:
     void ReadInside(Line& line) {
         const bool bLabel = line.Peek(1).kind == Lex::colon;
         if (!bLabel && line.IsWord("test")) {
-            line.Expected("'end' of test '" + m_test.name + "'");
+            line.Expected("'end' of test '" + Shortened(m_test.name) + "'");
             EndTest();
             BeginTest(line);
         } else if (!bLabel && line.SkipWord("end")) {

@@ -152,9 +152,8 @@ bool Line::Name(const std::string& what, std::string* pName) {
 }
 
 bool Line::Expected(const std::string& what) {
-    m_diagnostics.Error(place(),
-                        "expected " + what + ", found " +
-                            (AtEnd() ? "the end of the line" : std::string(Peek().source)));
+    m_diagnostics.Error(place(), "expected " + what + ", found " +
+                                     (AtEnd() ? "the end of the line" : Shortened(Peek().source)));
     return false;
 }
 

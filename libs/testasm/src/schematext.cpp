@@ -47,7 +47,8 @@ void ReadField(Line& line, SchemaStream& stream) {
 void ReadVariables(Line& line, Schema& schema, Diagnostics& diagnostics) {
     while (line.Is(Lex::mark) || line.Is(Lex::token)) {
         if (schema.FindVariable(line.Peek().text) >= 0) {
-            diagnostics.Error(line.place(), "expected a new variable, as '" + line.Peek().text +
+            diagnostics.Error(line.place(), "expected a new variable, as '" +
+                                                Shortened(line.Peek().text) +
                                                 "' is declared already");
         }
         const Lexeme variable = line.Next();

@@ -88,7 +88,8 @@ private:
         const bool bExecuted = m_executed[static_cast<std::size_t>(id)];
         const bool bReferred = m_referred[static_cast<std::size_t>(id)];
         if (!bExecuted && !bReferred && !node.bShared) {
-            m_diagnostics.Warning(node.place, "nothing in test '" + m_test.name + "' leads here");
+            m_diagnostics.Warning(node.place,
+                                  "nothing in test '" + Shortened(m_test.name) + "' leads here");
         }
         if (bExecuted && node.pInfo == nullptr) {
             m_diagnostics.Error(node.place,
@@ -235,9 +236,9 @@ private:
         std::string message = "expected " + what;
         if (found != 0) {
             if (!m_writer) m_writer.emplace(m_test, m_schema);
-            message += ", found " + m_writer->Instruction(found);
+            message += ", found " + Shortened(m_writer->Instruction(found));
         }
-        if (node.pInfo == &HeaderInfo()) message += " (test '" + m_test.name + "')";
+        if (node.pInfo == &HeaderInfo()) message += " (test '" + Shortened(m_test.name) + "')";
         if (node.pInfo != &HeaderInfo()) message += " (" + Syntax(*node.pInfo) + ")";
         m_diagnostics.Error(PlaceOf(node, i), message);
     }
@@ -256,8 +257,9 @@ void Validate(const Program& program, const Schema& schema, Diagnostics& diagnos
     std::set<std::string> names;
     for (const Test& test : program.tests) {
         if (!names.insert(test.name).second) {
-            diagnostics.Error(test.header().place,
-                              "expected a new name, as another test is called '" + test.name + "'");
+            diagnostics.Error(
+                test.header().place,
+                "expected a new name, as another test is called '" + Shortened(test.name) + "'");
         }
         if (!test.bFaulty) TestValidator(test, schema, diagnostics).Run();
     }

@@ -4,6 +4,7 @@
 
 #include <compare>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace mlds_testasm {
@@ -16,6 +17,9 @@ struct Place {
 
     auto operator<=>(const Place&) const = default;
 };
+
+/// What a message quotes of a text: all of it, or of a long one the beginning and "...".
+std::string Shortened(std::string_view text);
 
 enum class Severity { warning, error };
 

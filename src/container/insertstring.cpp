@@ -186,7 +186,7 @@ private:
         if (m_bMarkNeeded) {
             CSyncMark* pMark = new CSyncMark(m_pTarget);
             if (pMark == nullptr) m_bOutOfMemory = true;
-            if (pMark == nullptr || !m_pCurrent->InsertStreamObj(pMark, 3, m_pRight)) {
+            if (pMark == nullptr || !m_pCurrent->InsertStreamObj(pMark, iwLeftOf, m_pRight)) {
                 CStream::DiscardStreamObj(pMark);
                 return false;
             }
@@ -200,7 +200,7 @@ private:
 
     // A token that the stream refuses is gone.
     bool Place(CToken* pToken) {
-        if (m_pCurrent->InsertStreamObj(pToken, 2, m_pLeft)) return true;
+        if (m_pCurrent->InsertStreamObj(pToken, iwRightOf, m_pLeft)) return true;
         CStream::DiscardStreamObj(pToken);
         return false;
     }

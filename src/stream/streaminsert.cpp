@@ -9,8 +9,6 @@ using mlds::OrderNumbering;
 
 namespace {
 
-enum Where { whereCountOnly = 1, whereRight = 2, whereLeft = 3 };
-
 constexpr const char* kNextTo =
     "CStream::InsertStreamObj(CStreamObj * pStreamObj, int InsertWhere, CStreamObj * pAt)";
 constexpr const char* kBetween =
@@ -33,25 +31,25 @@ void CountAndReport(CStream* pStream, CStreamObj* p, int& nTokens, int& nSyncMar
 }  // namespace
 
 bool CStream::InsertStreamObj(CStreamObj* pStreamObj, int InsertWhere, CStreamObj* pAt) {
-    if (InsertWhere == whereCountOnly) {
+    if (InsertWhere == iwPlaced) {
         if (pStreamObj == nullptr) return false;
         CountAndReport(this, pStreamObj, m_nTokens, m_nSyncMarks);
         return true;
     }
-    if (InsertWhere != whereRight && InsertWhere != whereLeft) return false;
+    if (InsertWhere != iwRightOf && InsertWhere != iwLeftOf) return false;
     if (!mlds::IsInsertable(m_pPlexa, pStreamObj)) return false;
     if (!mlds::IsUsable(pAt) || !mlds::BelongsTo(m_pPlexa, pAt)) return false;
     if (Internals::IsToken(pStreamObj)) {
         const bool bAtSentinel = pAt == m_pFirst || pAt == m_pLast;
-        if (InsertWhere == whereLeft && (bAtSentinel || pAt == Internals::Next(m_pFirst))) {
+        if (InsertWhere == iwLeftOf && (bAtSentinel || pAt == Internals::Next(m_pFirst))) {
             return RefuseAtSentinel(kNextTo, 1048, m_szName);
         }
-        if (InsertWhere == whereRight && (bAtSentinel || pAt == Internals::Prev(m_pLast))) {
+        if (InsertWhere == iwRightOf && (bAtSentinel || pAt == Internals::Prev(m_pLast))) {
             return RefuseAtSentinel(kNextTo, 1060, m_szName);
         }
     }
-    CStreamObj* pLeft = InsertWhere == whereRight ? pAt : Internals::Prev(pAt);
-    CStreamObj* pRight = InsertWhere == whereRight ? Internals::Next(pAt) : pAt;
+    CStreamObj* pLeft = InsertWhere == iwRightOf ? pAt : Internals::Prev(pAt);
+    CStreamObj* pRight = InsertWhere == iwRightOf ? Internals::Next(pAt) : pAt;
     if (pLeft == nullptr || pRight == nullptr) return false;
     OrderNumbering::Link(pStreamObj, pLeft, pRight, Owner());
     CountAndReport(this, pStreamObj, m_nTokens, m_nSyncMarks);

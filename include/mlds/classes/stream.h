@@ -13,6 +13,13 @@ enum BufferSyncMarkInsertionType : int {
     bsmKeepBoth = 3      ///< neither
 };
 
+/// Where CStream::InsertStreamObj puts an object.
+enum InsertWhereType : int {
+    iwPlaced = 1,   ///< nowhere: it is where it belongs, and only counted
+    iwRightOf = 2,  ///< immediately right of the other one
+    iwLeftOf = 3    ///< immediately left of the other one
+};
+
 /// The interface of a stream.
 class MLDS_API CStreamBase {
 public:
@@ -30,8 +37,9 @@ public:
     /// and for a token that would touch a token or a sentinel.
     virtual bool InsertStreamObj(CStreamObj* pToBeInserted, CStreamObj* pStreamObjLeft,
                                  CStreamObj* pStreamObjRight) = 0;
-    /// Links an object to the right (2) or left (3) of `pAt`, or counts one that is already placed
-    /// (1). Ownership and failure as above; a token next to a token is not refused here.
+    /// Links an object next to `pAt`, or counts one that is already placed; `InsertWhere` is one of
+    /// InsertWhereType, and others are refused. Ownership and failure as above; a token next to a
+    /// token is not refused here.
     virtual bool InsertStreamObj(CStreamObj* pStreamObj, int InsertWhere, CStreamObj* pAt) = 0;
     /// Takes an object out of the stream. With `bDelete` it is destroyed and the result is null;
     /// otherwise it leaves its synchrony group and is returned, the caller's from then on. Null,

@@ -8,6 +8,12 @@
 
 struct sockaddr_in;
 
+namespace mlds {
+namespace platform {
+class Deadline;
+}
+}  // namespace mlds
+
 /// The TCP client that talks to the viewer: one connection for what the library reports, of which
 /// every packet is acknowledged before the next, and one for the viewer's requests.
 ///
@@ -24,19 +30,27 @@ public:
     ~CMessageSocket();
 
     /// Opens both connections. False if the first cannot be opened; true also if only the second
-    /// cannot, and without doing anything if the first is open.
+    /// cannot, and without doing anything if the first is open. One whose other side has gone
+    /// counts as none: it is closed, and opened anew.
     bool Connect();
     /// Opens the connection for requests, to the address that Connect() found.
     bool ConnectForRcv();
+    /// True while the first connection is open and its other side there. Does not wait.
+    bool HasViewer();
+    /// How long a silent viewer is waited for: to accept a connection and answer its greeting, or
+    /// to take a packet and acknowledge it. Both connections are closed when that time is over. 0
+    /// and less, as at first, stand for no limit.
+    void SetPatience(int milliseconds);
     /// Closes both connections. Handles that the viewer was given mean nothing any more.
     void Disconnect();
     /// Sends the buffer as one packet and waits for the acknowledgement. Disconnects if the
-    /// connection does not take it or the viewer has gone.
+    /// connection does not take it, the viewer has gone or patience is over.
     void Send();
 
     /// Empties the buffer.
     void ResetBuff();
-    /// Append an item to the buffer, which grows as needed; null is dropped.
+    /// Append an item to the buffer, which grows as needed. A null text becomes an empty one; data
+    /// of a negative length, or null of any other than 0, is dropped.
     CMessageSocket& operator<<(unsigned long value);
     CMessageSocket& operator<<(const char* text);
     void AddData(void* bytes, int n);
@@ -71,8 +85,9 @@ private:
 
     void Release();
     bool Start();
-    std::intptr_t Open();
+    std::intptr_t Open(const mlds::platform::Deadline& deadline);
     void Greet(unsigned long kind);
+    bool Exchange(const mlds::platform::Deadline& deadline);
     void CloseRequests();
     void DropLateBytes();
     char* Buffer() const;
@@ -93,6 +108,7 @@ private:
     char* m_pLarge;             // a packet that outgrew the buffer
     std::uint32_t m_nLarge;     // its capacity
     mlds::ViewerLink* m_pLink;  // what is kept while connected
+    int m_nPatience;            // in milliseconds
 };
 
 #endif

@@ -26,14 +26,15 @@ public:
     void Reset();
 
     /// Append an item. Of a char or short it is the high-order byte or bytes of the value as a
-    /// 32-bit number that go out, which is its sign. Null is dropped.
+    /// 32-bit number that go out, which is its sign. A null text becomes an empty one.
     CPacket& operator<<(char value);
     CPacket& operator<<(short value);
     CPacket& operator<<(int value);
     /// The low 32 bits, as an int item.
     CPacket& operator<<(unsigned long value);
     CPacket& operator<<(const char* text);
-    /// Appends n bytes of any kind. They cannot be read back by an operator, only with GetData().
+    /// Appends n bytes of any kind; nothing if n is negative, or the bytes null and n not 0. They
+    /// cannot be read back by an operator, only with GetData().
     void AddData(void* bytes, int n);
 
     CPacket& operator>>(char& value);

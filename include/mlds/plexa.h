@@ -88,8 +88,9 @@ public:
 
     /// Connects to the viewer (CMessageSocket says where it is looked for) and reports the whole
     /// structure to it; from then on every change is reported, and waits for the viewer's
-    /// acknowledgement. False if there is no viewer, and on a copy of a container. A link that is
-    /// lost ends by itself: the container goes on without, and may connect again.
+    /// acknowledgement. False if there is no viewer, and on a copy of a container. While a viewer
+    /// is connected, it is told everything once more. A link that is lost ends by itself, also
+    /// while it begins: the container goes on without, and may connect again.
     virtual bool StartMessageEngine() = 0;
     /// Says goodbye and disconnects.
     virtual void StopMessageEngine() = 0;
@@ -267,6 +268,13 @@ public:
     /// Reports what the streams hold; with `bFull` also their sentinels and descriptions, the
     /// language, and the variable lists.
     void sendEntirePlexaObj(bool bFull);
+    /// How long a report, or the beginning of a connection, waits for a viewer that is silent
+    /// before the link is closed as if it were lost: what was reported before stays told, and the
+    /// host may connect again. 0 and less, as at first, stand for no limit. Holds for later
+    /// connections too.
+    void SetViewerPatience(int milliseconds);
+    /// True while a viewer is connected. One that has gone counts as none: its link is closed.
+    bool HasViewer();
     /// Carries out what the viewer has asked for since the last call: edits of a token's field, and
     /// the end of the link. Does not wait; call it where an edit may happen, for example between
     /// two rules.

@@ -20,23 +20,41 @@ struct WSADATA {
     std::uint16_t wVersion;  // major version in the low byte
 };
 
+/// The time up to which a call may wait. By default it may without end.
+class Deadline {
+public:
+    Deadline() = default;
+    /// So many milliseconds from now; without end for 0 and less.
+    static Deadline In(int milliseconds);
+    bool HasPassed() const;
+    /// The milliseconds that are left, rounded up; -1 without end.
+    int Left() const;
+
+private:
+    std::int64_t m_nAt = kNever;  // nanoseconds of a clock that nobody sets
+    static constexpr std::int64_t kNever = INT64_MAX;
+};
+
 /// Begins one use of the socket library; 0 and the version granted, or an error.
 int WSAStartup(std::uint16_t wVersionRequested, WSADATA* pData);
 /// Ends one use; 0. There is nothing to shut down on POSIX systems.
 int WSACleanup();
 
-/// A stream socket for IPv4 that sends without delay, or INVALID_SOCKET.
+/// A stream socket for IPv4, or INVALID_SOCKET. It sends without delay, and asks an idle other side
+/// for signs of life, so that one whose machine is gone is noticed within about a minute.
 SOCKET StreamSocket();
 /// Fills in an address of kAddressSize bytes from dotted text; false if it is none.
 bool MakeAddress(void* pAddress, const char* dotted, int port);
 /// 0, or -1. The address must have been made.
-int connect(SOCKET s, const void* pAddress);
-/// Sends all n bytes; n, or -1 if the connection does not take them.
-int send(SOCKET s, const char* bytes, int n);
+int connect(SOCKET s, const void* pAddress, const Deadline& deadline = {});
+/// Sends all n bytes; n, or -1 if the connection does not take them in time.
+int send(SOCKET s, const char* bytes, int n, const Deadline& deadline = {});
 /// Waits for bytes and takes at most n: their number, 0 when the other side has closed, or -1.
-int recv(SOCKET s, char* bytes, int n);
+int recv(SOCKET s, char* bytes, int n, const Deadline& deadline = {});
 /// True if recv would not wait.
 bool IsReadable(SOCKET s);
+/// True if the other side has closed, or the connection is broken, and nothing is left to receive.
+bool HasEnded(SOCKET s);
 int closesocket(SOCKET s);
 
 /// The host's name; 0, or -1 if it does not fit.

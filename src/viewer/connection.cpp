@@ -24,6 +24,14 @@ bool CPlexa::StartMessageEngine() {
     return true;
 }
 
+void CPlexa::SetViewerPatience(int milliseconds) {
+    m_socket.SetPatience(milliseconds);
+}
+
+bool CPlexa::HasViewer() {
+    return m_socket.HasViewer();
+}
+
 void CPlexa::StopMessageEngine() {
     if (!Internals::HasViewer(this)) return;
     sendMessage(mlds::msgGoodbye, 0);

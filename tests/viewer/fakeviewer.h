@@ -73,6 +73,7 @@ struct Manners {
     std::vector<Bytes> acks = {IntItem(0)};  // each is sent by itself, with a pause between
     bool bRefuseRequests = false;            // the second connection is closed at once
     int nMessages = -1;                      // after so many, it closes both connections
+    int nAnswers = -1;  // after so many, greetings included, it is silent and leaves all open
 };
 
 class FakeViewer {
@@ -93,6 +94,7 @@ public:
         m_thread = std::thread([this] { Run(); });
     }
     ~FakeViewer() {
+        m_bEnd = true;
         ::shutdown(m_listener, SHUT_RDWR);
         m_thread.join();
         ::close(m_listener);
@@ -118,6 +120,8 @@ public:
         for (int i = 0; m_nAcks < n && i < kMostSeconds * 1000; ++i) ::usleep(1000);
         return m_nAcks >= n;
     }
+    /// Goes, as a viewer does that is closed. Another takes its place.
+    void Leave() { ::shutdown(m_reports, SHUT_RDWR); }
     void CloseRequests() { ::shutdown(m_requests, SHUT_RDWR); }
 
 private:
@@ -126,10 +130,10 @@ private:
         for (;;) {
             pollfd one{m_listener, POLLIN, 0};
             ::poll(&one, 1, -1);  // until there is one, or the listener is shut down
-            const int reports = Accept();
-            if (reports < 0) return;
-            Serve(reports);
-            ::close(reports);
+            m_reports = Accept();
+            if (m_reports < 0) return;
+            Serve(m_reports);
+            ::close(m_reports);
         }
     }
 
@@ -166,6 +170,9 @@ private:
     }
 
     void Acknowledge(int s) {
+        const bool bSilent = m_manners.nAnswers == 0;
+        for (int i = 0; bSilent && !m_bEnd && i < kMostSeconds * 1000; ++i) ::usleep(1000);
+        --m_manners.nAnswers;
         for (const Bytes& ack : m_manners.acks) {
             if (&ack != m_manners.acks.data()) ::usleep(2000);
             ::send(s, ack.data(), ack.size(), MSG_NOSIGNAL);
@@ -207,8 +214,10 @@ private:
     Manners m_manners;
     int m_listener = -1;
     int m_port = 0;
+    std::atomic<int> m_reports{-1};
     std::atomic<int> m_requests{-1};
     std::atomic<int> m_nAcks{0};
+    std::atomic<bool> m_bEnd{false};
     std::mutex m_mutex;
     std::vector<std::string> m_messages;
     std::thread m_thread;

@@ -6,8 +6,11 @@
 #include <sys/time.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstring>
+#include <fstream>
+#include <functional>
 #include <memory>
 
 #include "support/tiers.h"
@@ -265,6 +268,118 @@ TEST(Link, EndsAtAnyMessage) {
     EXPECT_EQ(OpenDescriptors(), nOpen);
 }
 
+// Whether the library had to be told that the viewer went, or is about to find out by itself.
+TEST(Link, CountsAViewerThatWentAsNone) {
+    for (const bool bAsked : {true, false}) {
+        Linked l;
+        EXPECT_FALSE(l.t.plexa.HasViewer());
+        ASSERT_TRUE(l.Start());
+        EXPECT_TRUE(l.t.plexa.HasViewer());
+        l.viewer.Take();
+        l.viewer.Leave();
+        EXPECT_FALSE(bAsked && l.t.plexa.HasViewer());
+        ASSERT_TRUE(l.Start());
+        EXPECT_TRUE(l.t.plexa.HasViewer());
+        const std::vector<std::string> told = l.viewer.Take();
+        ASSERT_THAT(told, testing::SizeIs(14));
+        EXPECT_EQ(told.back(), "1002");
+    }
+}
+
+int Milliseconds(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    const auto time = std::chrono::steady_clock::now() - start;
+    return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
+}
+
+// A viewer that stops answering costs the host its patience once. A minute is "without end".
+TEST(Link, LosesPatienceWithASilentViewer) {
+    const int nOpen = OpenDescriptors();
+    for (const int nAnswers : {0, 1, 2, 3, 8, 15, 16}) {
+        Linked l(Manners{.nAnswers = nAnswers});
+        CPlexa& c = l.t.plexa;
+        c.SetViewerPatience(60);
+        const int nTime = Milliseconds([&] {
+            EXPECT_EQ(l.Start(), nAnswers >= 2) << "whether both greetings were answered";
+            c.InsertString(l.pStream, "bb", l.t.Mark("p", 1), l.t.Mark("p", 1));
+            for (int i = 0; i < 100; ++i) c.sendMessage("more");
+        });
+        EXPECT_GE(nTime, 60);
+        EXPECT_LT(nTime, 1000);
+        EXPECT_FALSE(c.HasViewer());
+        EXPECT_EQ(l.t.Picture("p"), "||a|b|b||");
+        FakeViewer next(Manners{.nAnswers = 25});
+        std::ofstream("plexaview.cfg") << next.Config();
+        EXPECT_TRUE(l.Start());
+        EXPECT_TRUE(c.HasViewer());
+        EXPECT_LT(Milliseconds([&] {
+                      for (int i = 0; i < 30; ++i) c.sendMessage("more");
+                  }),
+                  1000)
+            << "and the patience is still there";
+        EXPECT_FALSE(c.HasViewer());
+    }
+    EXPECT_EQ(OpenDescriptors(), nOpen);
+}
+
+TEST(Link, LosesPatienceWhereverItWaits) {
+    {
+        Linked l(Manners{.nAnswers = 16});
+        ASSERT_TRUE(l.Start());
+        l.t.plexa.SetViewerPatience(60);
+        l.t.plexa.sendMessage("the last that is read");
+    }
+    {
+        Linked l(Manners{.nAnswers = 16});
+        ASSERT_TRUE(l.Start());
+        l.t.plexa.SetViewerPatience(1);
+        const std::string text(64 << 20, 'x');  // more than is taken off our hands
+        const int nTime = Milliseconds([&] { l.t.plexa.sendMessage(text.c_str()); });
+        EXPECT_LT(nTime, 10000) << "in the middle of a message";
+        EXPECT_FALSE(l.t.plexa.HasViewer());
+    }
+    {
+        // A viewer that does not get round to accepting anybody.
+        const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* p = reinterpret_cast<sockaddr*>(&address);
+        ASSERT_EQ(::bind(listener, p, size), 0);
+        ASSERT_EQ(::listen(listener, 0), 0);
+        ::getsockname(listener, p, &size);
+        std::vector<int> waiting;
+        for (int i = 0; i < 4; ++i) {
+            waiting.push_back(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+            ::connect(waiting.back(), p, size);
+        }
+        ConfigFolder folder("port=" + std::to_string(ntohs(address.sin_port)));
+        Tiers t{{"p"}};
+        t.plexa.SetViewerPatience(60);
+        const int nTime = Milliseconds([&] { EXPECT_FALSE(t.plexa.StartMessageEngine()); });
+        EXPECT_GE(nTime, 60);
+        EXPECT_LT(nTime, 1000);
+        for (const int fd : waiting) ::close(fd);
+        ::close(listener);
+    }
+}
+
+TEST(Link, ReportsListsUnderCodesOfVariablesAlone) {
+    Linked l;
+    CSyncMark* pVar = l.t.Mark("p", 0);
+    CVarList list(&l.t.plexa);
+    list.AddSyncMarkPtr("x", &pVar);
+    ASSERT_TRUE(l.Start());
+    l.viewer.Take();
+    const char* line = " 1 0x00000008 0 0x00000009 x 0x00000003";
+    for (const int code : {1003, 1004, 1006, 1009, 1012, 77, -1}) list.SendOutThisVarList(code);
+    EXPECT_THAT(l.viewer.Take(), testing::Each("1002")) << "about no variable";
+    list.SendOutThisVarList(1011);
+    EXPECT_THAT(l.viewer.Take(), ElementsAre(std::string("1011") + line, "1002"));
+}
+
 TEST(Link, NeedsOnlyTheFirstConnection) {
     {
         Linked l(Manners{.bRefuseRequests = true});
@@ -350,7 +465,21 @@ TEST(Link, WorksInAnyProcess) {
     itimerval often{{0, 500}, {0, 500}}, off{};
     ::setitimer(ITIMER_REAL, &often, nullptr);
 
+    l.t.plexa.SetViewerPatience(20000);  // of which signals take nothing
     ASSERT_TRUE(l.Start());
+    int nKeptAlive = 0;
+    for (int fd = 3; fd < 2000; ++fd) {
+        sockaddr_in there{};
+        socklen_t there_size = sizeof there;
+        int on = 0;
+        socklen_t on_size = sizeof on;
+        if (::getpeername(fd, reinterpret_cast<sockaddr*>(&there), &there_size) == 0 &&
+            ntohs(there.sin_port) == viewer.Port()) {
+            ::getsockopt(fd, SOL_SOCKET, SO_KEEPALIVE, &on, &on_size);
+            nKeptAlive += on;
+        }
+    }
+    EXPECT_EQ(nKeptAlive, 2);
     for (int i = 0; i < 300; ++i) l.pToken->SetFieldValue("stress", i);
     l.Request(EditRequest("4 0 0 2 -1"));
     EXPECT_EQ(l.pToken->GetFieldValueIndex(2), -1);

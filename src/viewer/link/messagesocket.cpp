@@ -46,7 +46,8 @@ CMessageSocket::CMessageSocket()
       m_bAckOdd(false),
       m_pLarge(nullptr),
       m_nLarge(0),
-      m_pLink(nullptr) {}
+      m_pLink(nullptr),
+      m_nPatience(0) {}
 
 CMessageSocket::CMessageSocket(const CMessageSocket& other) : CMessageSocket() {
     *this = other;
@@ -67,6 +68,7 @@ CMessageSocket& CMessageSocket::operator=(const CMessageSocket& other) {
     m_nLength = other.m_pLarge == nullptr ? other.m_nLength : 0;
     m_bOwner = false;
     m_bAckOdd = false;
+    m_nPatience = other.m_nPatience;
     return *this;
 }
 
@@ -98,41 +100,59 @@ bool CMessageSocket::Start() {
 }
 
 // A new connection to the viewer's address; 0 if there is none.
-std::intptr_t CMessageSocket::Open() {
+std::intptr_t CMessageSocket::Open(const Deadline& deadline) {
     const SOCKET s = StreamSocket();
     if (s == INVALID_SOCKET) return 0;
-    if (connect(s, m_address) == 0) return s;
+    if (connect(s, m_address, deadline) == 0) return s;
     closesocket(s);
     return 0;
 }
 
 bool CMessageSocket::Connect() {
-    if (m_sendSocket != 0) return true;
+    if (HasViewer()) return true;
     if (!m_bOwner || m_pBuffer == nullptr || !Start()) return false;
     const mlds::ViewerConfig config = mlds::ReadViewerConfig();
     if (!MakeAddress(m_address, config.host, config.port)) return false;
-    m_sendSocket = Open();
+    const Deadline deadline = Deadline::In(m_nPatience);
+    m_sendSocket = Open(deadline);
     Greet(mlds::greetNotifications);
-    Send();
-    if (m_sendSocket == 0) {
+    if (m_sendSocket == 0 || !Exchange(deadline)) {
         Disconnect();
         return false;
     }
     m_bConnected = ConnectForRcv();
-    return true;
+    // A viewer that is silent there is not waited for a second time.
+    return m_sendSocket != 0;
+}
+
+bool CMessageSocket::HasViewer() {
+    if (m_sendSocket == 0) return false;
+    if (!m_bOwner) return true;
+    DropLateBytes();
+    if (!HasEnded(m_sendSocket)) return true;
+    Disconnect();
+    return false;
+}
+
+void CMessageSocket::SetPatience(int milliseconds) {
+    m_nPatience = milliseconds;
 }
 
 bool CMessageSocket::ConnectForRcv() {
     if (m_receiveSocket != 0) return true;
     if (!m_bOwner || m_pBuffer == nullptr || !Start()) return false;
-    m_receiveSocket = Open();
-    if (m_receiveSocket == 0) return false;
-    Greet(mlds::greetRequests);
-    const bool bSent = send(m_receiveSocket, Buffer(), m_nLength) == m_nLength;
-    ResetBuff();
-    // Whatever the reply is; but a viewer that closes does not want this connection.
-    if (bSent && recv(m_receiveSocket, Buffer(), kBufferSize) > 0) return true;
-    CloseRequests();
+    const Deadline deadline = Deadline::In(m_nPatience);
+    m_receiveSocket = Open(deadline);
+    if (m_receiveSocket != 0) {
+        Greet(mlds::greetRequests);
+        const int n = m_nLength;
+        ResetBuff();
+        const bool bSent = send(m_receiveSocket, Buffer(), n, deadline) == n;
+        // Whatever the reply is; but a viewer that closes does not want this connection.
+        if (bSent && recv(m_receiveSocket, Buffer(), kBufferSize, deadline) > 0) return true;
+        CloseRequests();
+    }
+    if (deadline.HasPassed()) Disconnect();
     return false;
 }
 
@@ -158,20 +178,22 @@ void CMessageSocket::CloseRequests() {
 
 void CMessageSocket::Send() {
     if (m_nLength == 0) return;
+    if (m_sendSocket == 0) {
+        ResetBuff();
+    } else if (!Exchange(Deadline::In(m_nPatience))) {
+        Disconnect();
+    }
+}
+
+// Sends the buffer and takes the acknowledgement. False if the viewer has gone or is silent.
+bool CMessageSocket::Exchange(const Deadline& deadline) {
     const int n = m_nLength;
     ResetBuff();
-    if (m_sendSocket == 0) return;
     if (m_bAckOdd) DropLateBytes();
-    if (send(m_sendSocket, Buffer(), n) != n) {
-        Disconnect();
-        return;
-    }
-    const int nAck = recv(m_sendSocket, Buffer(), kBufferSize);
-    if (nAck <= 0) {
-        Disconnect();
-        return;
-    }
+    if (send(m_sendSocket, Buffer(), n, deadline) != n) return false;
+    const int nAck = recv(m_sendSocket, Buffer(), kBufferSize, deadline);
     m_bAckOdd = nAck != static_cast<int>(kIntItemSize);
+    return nAck > 0;
 }
 
 // What is left of the latest acknowledgement would pass for that of the next packet.

@@ -5,8 +5,8 @@
 #include <initializer_list>
 #include <string>
 
-#include "testasm/plexaschema.h"
-#include "testasm/testasm.h"
+#include "mlds/testasm/plexaschema.h"
+#include "mlds/testasm/testasm.h"
 
 // When the rule applies: to an s with a vowel on either side. Both contexts begin behind the s, so
 // that to the left it comes first, as a token that may be any.

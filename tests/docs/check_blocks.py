@@ -15,6 +15,7 @@ The info string behind the fence says what a block is:
   mta      a file of rule tests; the commands of the page find it as rules.mta
   listing  what mlds-testasm --list makes of the page's rules.mta
   schema   declarations that mlds-testasm has to accept
+  cmake    lines that stand like that in a CMakeLists.txt of tests/install, where they are tried
   tiers    rows that transcribe prints for the text in the row RawInput
 
 Anything else is a failure, so that no block goes without a check."""
@@ -60,6 +61,10 @@ class Failures:
     def add(self, block, message):
         self.count += 1
         print('%s:%d: %s' % (block.page, block.line, message.rstrip()))
+
+
+def bare_lines(text):
+    return [line.strip() for line in text.split('\n') if line.strip()]
 
 
 def read_blocks(source, page, failures):
@@ -202,15 +207,23 @@ class Checker:
             self.compare(block, following.get(block), part)
 
     def is_excerpt(self, block):
-        def bare(text):
-            return [line.strip() for line in text.split('\n') if line.strip()]
-        wanted = bare(block.text)
-        for path in glob.glob(os.path.join(self.options.source, 'examples/*/*.cpp')):
-            with open(path, encoding='utf-8') as file:
-                lines = bare(file.read())
+        wanted = bare_lines(block.text)
+        for lines in self.files('examples/*/*.cpp'):
             if wanted and any(lines[i:i + len(wanted)] == wanted for i in range(len(lines))):
                 return True
         return False
+
+    def files(self, pattern):
+        for path in glob.glob(os.path.join(self.options.source, pattern)):
+            with open(path, encoding='utf-8') as file:
+                yield bare_lines(file.read())
+
+    def check_cmake(self, block):
+        """Other lines may stand in between."""
+        wanted = bare_lines(re.sub(r'#.*$', '', block.text, flags=re.MULTILINE))
+        if not wanted or not any(set(wanted) <= set(lines)
+                                 for lines in self.files('tests/install/*/CMakeLists.txt')):
+            self.failures.add(block, 'no CMakeLists.txt of tests/install has all these lines')
 
     # Commands and notations
 
@@ -234,6 +247,8 @@ class Checker:
                 self.check_command(block, {block: block}, root, 'mlds-testasm rules.mta --list')
             elif block.kind == 'schema':
                 self.check_schema(block, root)
+            elif block.kind == 'cmake':
+                self.check_cmake(block)
             elif block.kind == 'tiers':
                 self.check_tiers(block, root)
 
@@ -281,7 +296,7 @@ def check_page(checker, page, failures):
     for block in blocks:
         if block.kind == 'output' and block not in shown:
             failures.add(block, 'output of nothing')
-        elif block.kind not in printing + ('output', 'mta', 'listing', 'schema', 'tiers'):
+        elif block.kind not in printing + ('output', 'mta', 'listing', 'schema', 'cmake', 'tiers'):
             failures.add(block, 'nobody knows how to check a block of kind "%s"' % block.kind)
     checker.check_cpp(page, [block for block in blocks if block.kind == 'cpp'], following)
     checker.check_commands(page, [block for block in blocks if block.kind != 'cpp'], following)

@@ -236,7 +236,7 @@ TEST(Link, TakesEveryAcknowledgement) {
              {"x"}, {"\x03", IntItem(0).substr(1)}, {TextItem("wrong")}, {Bytes(20000, 'x')}}) {
         Linked l(Manners{.acks = acks});
         ASSERT_TRUE(l.Start());
-        int nAcks = 2 + 11;  // those for the greetings and for the report of everything
+        int nAcks = 2 + 12;  // those for the greetings and for the report of everything
         for (int i = 0; i < 5; ++i) {
             // What has come late for one packet is not taken for the next one's acknowledgement:
             // that the report is over means that the viewer has it.
@@ -474,7 +474,7 @@ TEST(Link, WorksInAnyProcess) {
         int on = 0;
         socklen_t on_size = sizeof on;
         if (::getpeername(fd, reinterpret_cast<sockaddr*>(&there), &there_size) == 0 &&
-            ntohs(there.sin_port) == viewer.Port()) {
+            ntohs(there.sin_port) == l.viewer.Port()) {
             ::getsockopt(fd, SOL_SOCKET, SO_KEEPALIVE, &on, &on_size);
             nKeptAlive += on;
         }

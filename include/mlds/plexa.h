@@ -308,6 +308,7 @@ private:
     bool InsertAtRight(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, CStreamObj* pObj);
     bool InsertIntoToken(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, CStreamObj* pObj);
 
+    // These stand in the order that hosts are built with, used or not; what came later is below.
     CMessageSocket m_socket;
     bool m_bDelayDisplay;
     bool m_bMessageEngine;
@@ -318,7 +319,7 @@ private:
     CVarList* m_pVarLists[kMaxVarLists];
     int m_nVarLists;
     int m_nStreams;
-    bool m_bUnread;
+    bool m_bUnread;  // true, and read by nobody
     CStream* m_pDefaultTimeStream;
     CEngine* m_pEngine;
     bool m_bAbort;

@@ -142,7 +142,7 @@ private:
     std::uint32_t m_nOrderIndex;
 
 protected:
-    char m_cDisplay;
+    char m_cDisplay;  // '|' or a token's first value; copied, and read by nobody
 
 private:
     std::uint8_t m_nState;        // see mlds::ObjectState

@@ -16,6 +16,7 @@ using mlds::ListAccess;
 
 namespace {
 
+// The lines are part of what hosts read in their logs, and no longer those of this file.
 void LogDebug(const char* signature, int line, const char* text) {
     if (okuLog.m_nLevel >= 4) okuLog.logDebug("mlds", signature, "mlds", line, 1, text);
 }

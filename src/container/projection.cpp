@@ -7,7 +7,8 @@ using mlds::Internals;
 
 namespace {
 
-// Tokens of the target stream leave the place of a mark open. The entry shows the utterance.
+// Tokens of the target stream leave the place of a mark open. The entry shows the utterance, as the
+// stream that it was read into holds it; its line, 723, is what hosts look for.
 void ReportAmbiguous(CPlexa* pPlexa) {
     CStream* pRaw = pPlexa->pStream("RawInput");
     const char* text = pRaw != nullptr ? pRaw->GetStr(nullptr, nullptr, false) : "";

@@ -181,6 +181,8 @@ void CVarList::UnsetSyncMarkPtr(int i) {
     m_bDirty[i] = false;
 }
 
+// A test must not change the bound token before it has held, so it works on a copy. The copy that
+// is there already is written over: a test may set the same variable many times.
 void CVarList::SetTokenPtr(int i, CToken* p) {
     if (m_pPlexa == nullptr || !HasVarOfKind(i, true) || p == nullptr) return;
     if (m_bDirty[i] && m_pDup[i] != nullptr) {
@@ -212,6 +214,8 @@ void CVarList::ReSetForUse() {
     }
 }
 
+// What was set stays dirty until the next ReSetForUse(), so that the host can ask what a test
+// bound.
 void CVarList::DoAssignmentsAndClear(bool bAssign) {
     if (m_pPlexa == nullptr) return;
     for (int i = 0; i < m_nVars; ++i) {

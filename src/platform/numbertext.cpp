@@ -20,6 +20,7 @@ bool IsDigit(char c) {
 
 }  // namespace
 
+// Digits beyond 32 bits wrap, as they always did; nothing here may overflow a signed number.
 Scan ScanInt(const char* text, std::int32_t& value) {
     while (IsSpace(*text)) ++text;
     if (*text == '\0') return Scan::endOfText;
@@ -42,6 +43,7 @@ namespace {
 
 #if defined(_WIN32)
 
+// A host that has chosen a locale with a decimal comma must not change what rules mean.
 template <typename T>
 bool ScanOne(const char* text, const char* format, T& value) {
     static const _locale_t c = _create_locale(LC_ALL, "C");
@@ -50,6 +52,8 @@ bool ScanOne(const char* text, const char* format, T& value) {
 
 #else
 
+// A host that has chosen a locale with a decimal comma must not change what rules mean. Only this
+// thread's locale is changed, and only for the call.
 template <typename T>
 bool ScanOne(const char* text, const char* format, T& value) {
     static const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
@@ -71,6 +75,9 @@ bool ScanDouble(const char* text, double& value) {
     return ScanOne(text, "%lf", value);
 }
 
+// The run-time's own shape, which no printf format gives: a point behind whole numbers, three
+// digits of exponent, ties away from zero. Scaling divides by exact powers of ten, so that a tie is
+// still one when it is rounded.
 char* _gcvt(double value, int digits, char* buffer) {
     char* p = buffer;
     if (std::signbit(value) && value != 0) *p++ = '-';

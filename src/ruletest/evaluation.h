@@ -1,5 +1,13 @@
 // What the operators of test programs share: reading operands, positions, and walks.
 //
+// Every operator is called alike: the stream it works in, its instruction, the position, the
+// direction, and a note to whoever called.
+//   pp      the position: where the operator begins, and, if it matches, where it ended. One that
+//           fails leaves it alone, so operands get a copy, `w`, which they may move.
+//   pDone   1 once an operand has matched all that was to follow it too: the operators around it
+//           have nothing left to do. Where an operand's word on that must not reach further (it was
+//           only a condition, or one way among several), it gets a note of its own, `done`.
+//
 // A position is held as a CSyncMark*, but Field leaves it on a token where tokens touch. Positions
 // are therefore only looked at as stream objects, and as marks after asking.
 #ifndef MLDS_RULETEST_EVALUATION_H

@@ -16,7 +16,7 @@ using mlds::Internals;
 
 namespace {
 
-constexpr std::size_t kMaxSetName = 29;
+constexpr std::size_t kMaxSetName = 29;  // the terminator is the thirtieth
 
 }  // namespace
 
@@ -39,6 +39,7 @@ CField::CField(const CField& other) : CField(other.m_pStream) {
     *this = other;
 }
 
+// Copies share what was declared, by counting it; what is derived from the sets is found out anew.
 CField& CField::operator=(const CField& other) {
     if (this == &other) return *this;
     Release();
@@ -92,6 +93,9 @@ FieldValType CField::GetFieldType() {
     return m_type;
 }
 
+// The texts go into one block, the pool, and an index finds them by name. All three exist or none:
+// a field that half knows its values would give out indices without texts. A second call changes
+// nothing, because tokens hold indices into the first list.
 void CField::SetPossibleValues(const char* const* values, int n) {
     if (m_ppValues != nullptr || values == nullptr || n < 0) return;
     std::size_t nBytes = 0;
@@ -142,6 +146,8 @@ void CField::SetDefaultValue(const char* value) {
     if (value != nullptr) m_nDefault = GetValueIndex(value);
 }
 
+// A default of another type than the field's is ignored: the host may set all that it has, and the
+// field takes the one that fits.
 void CField::SetDefaultValue(int value) {
     if (m_type == fvInt) m_nDefault = value;
 }

@@ -54,6 +54,8 @@ CFieldValueSet::~CFieldValueSet() {
     Clear();
 }
 
+// A set of one of these names holds every value: as the last of a field, it catches what no other
+// has. It stays so when it is renamed.
 void CFieldValueSet::SetName(const char* name) {
     if (!mlds::SetFixedText(m_szName, name)) return;
     if (std::strcmp(m_szName, "undefined") != 0 && std::strcmp(m_szName, "undef") != 0) return;

@@ -15,7 +15,8 @@ constexpr const char* kBetween =
     "CStream::InsertStreamObj(CStreamObj * pToBeInserted, CStreamObj * pStreamObjLeft, "
     "CStreamObj * pStreamObjRight)";
 
-// A token was about to touch a sentinel.
+// A token was about to touch a sentinel. Hosts tell the cases apart by the line of the entry: the
+// numbers are part of the interface, like the signatures, and do not follow this file.
 bool RefuseAtSentinel(const char* signature, int line, const char* streamName) {
     if (okuLog.m_nLevel >= 1) {
         okuLog.logError("mlds", signature, "cstream", line, 1, 1750, streamName);

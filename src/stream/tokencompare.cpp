@@ -22,6 +22,8 @@ bool CToken::TokenFieldCompare(CToken* pOther, const char* fieldName) {
            pOther->GetFieldValueIndex(fieldName) == GetFieldValueIndex(fieldName);
 }
 
+// By place, not by name: tokens of two streams copy as many values as both have. The types come
+// along with the values.
 void CToken::TokenCopy(CToken* pSource) {
     if (pSource == nullptr || pSource == this) return;
     int n = mlds::NumSlots(this);
@@ -33,6 +35,7 @@ void CToken::TokenCopy(CToken* pSource) {
     m_cDisplay = pSource->m_cDisplay;
 }
 
+// A one-character name is a token's name and no class: classes are looked for under longer ones.
 bool CToken::IsItA(const char* className) {
     if (className == nullptr) return false;
     if (className[0] != '\0' && className[1] != '\0') {

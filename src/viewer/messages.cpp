@@ -89,6 +89,7 @@ void ViewerReports::Variable(CPlexa* pPlexa, int code, CVarList* pList, int i) {
 }  // namespace mlds
 
 // The one place where the host's integers become what they stand for.
+// NOLINTBEGIN(performance-no-int-to-ptr)
 void CPlexa::sendMessage(int code, std::intptr_t argument) {
     const mlds::MessageKind* pKind = mlds::FindMessage(code);
     if (pKind == nullptr || !Internals::HasViewer(this)) return;
@@ -110,6 +111,7 @@ void CPlexa::sendMessage(int code, std::intptr_t argument) {
             break;
     }
 }
+// NOLINTEND(performance-no-int-to-ptr)
 
 void CPlexa::sendMessage(const char* text) {
     if (text != nullptr && Internals::HasViewer(this)) SendPacket(this, mlds::msgText, text);

@@ -164,6 +164,7 @@ private:
     CStream* Owner();
     bool GrowText(std::size_t length, std::size_t needed);
 
+    // These stand in the order that hosts are built with; what came later is at the end.
     int m_nIndex;
     CPlexa* m_pPlexa;
     CSyncMark* m_pFirst;

@@ -74,6 +74,7 @@ void CPacket::AppendPacket(std::uint32_t type, const void* value, std::int64_t n
 
 // Of a char or short the high-order bytes go out, those that its sign fills.
 CPacket& CPacket::operator<<(char value) {
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse): its sign is what goes out
     const std::int32_t word = static_cast<signed char>(value);
     AppendPacket(itemChar, &word, 1);
     return *this;

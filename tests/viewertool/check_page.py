@@ -4,7 +4,9 @@ Ends with 77, for "skipped", where there is no Chromium or nothing that drives i
 """
 
 import re
+import socket
 import sys
+from urllib.parse import urlparse
 
 from browser import Page, open_browser
 from programs import Engine, Viewer
@@ -167,6 +169,28 @@ def check_log(page, engine):
     page.expect('returns to the end', lambda: is_live(page) and follows_log(page))
 
 
+def check_long_texts(page, engine):
+    for _ in range(20):
+        engine.do('say x 1000000')
+    page.expect('is not held up', lambda: page.log()['last'] == last_message(page) > 20
+                and 'xxx\u2026' in page.text('#log li:last-child'))
+    assert page.run('return document.body.textContent.length') < 100000
+
+
+def check_crowd(page, viewer, engine):
+    """More listen than there is room for."""
+    place = urlparse(viewer.page)
+    crowd = [socket.create_connection((place.hostname, place.port), 20) for _ in range(40)]
+    for guest in crowd:
+        guest.sendall(f'GET /events HTTP/1.1\r\nHost: {place.netloc}\r\n\r\n'.encode())
+    page.chrome.refresh()
+    page.expect('shows what there is', lambda: page.tokens('tier1')[:3] == ['a', 'ei', 'kwa'])
+    tell(page, engine, 'set tier0 stress 8')
+    assert page.text('#banner') == ''
+    for guest in crowd:
+        guest.close()
+
+
 def check_lanes(page, engine):
     """A structure that is far wider than the window."""
     def scroll(to):
@@ -217,6 +241,8 @@ def main(viewer_program, engine_program, picture=None):
         check_fields(page, engine)
         check_past(page, engine, before)
         check_log(page, engine)
+        check_long_texts(page, engine)
+        check_crowd(page, viewer, engine)
         other = check_leaving(page, viewer, engine, engine_program)
         if picture:
             page.click('.token')
@@ -224,9 +250,9 @@ def main(viewer_program, engine_program, picture=None):
         other.end()
         viewer.quit()
         page.expect('says that the viewer is gone', lambda: 'does not answer' in page.text('#banner'))
-        # Not the edit that was refused, nor the viewer that is gone.
+        # Not the edit or the page that was refused, nor the viewer that is gone.
         faults = [entry['message'] for entry in chrome.get_log('browser')
-                  if '409' not in entry['message'] and 'ERR_' not in entry['message']]
+                  if not re.search('ERR_|status of (409|503)', entry['message'])]
         assert not faults, faults
     finally:
         chrome.quit()

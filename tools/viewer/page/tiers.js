@@ -64,8 +64,8 @@ export class TierView {
     root.append(this.empty);
   }
 
-  // The structure that is to be shown. What changed in it is brought into view if wanted; else what
-  // is in view stays there. While live, what changed last goes on to be seen until something else
+  // The structure that is to be shown. What changed last in it is brought into view if wanted; else
+  // what is in view stays there. While live, what changed last goes on to be seen until something else
   // changes.
   show(structure, {follow, live}) {
     const stay = this.findAnchor();
@@ -81,7 +81,7 @@ export class TierView {
       return name;
     }));
     this.keepInPlace(stay);
-    if (follow) this.reveal(structure.changed.find((id) => this.positions.has(id)));
+    if (follow) this.reveal(structure.changed.findLast((id) => this.positions.has(id)));
     this.fresh = true;
     this.draw();
     this.fresh = false;

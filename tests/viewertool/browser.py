@@ -80,6 +80,25 @@ class Page:
             touch('touchMove', {'x': x, 'y': y + down * step / 12})
         touch('touchEnd')
 
+    def order(self, selector, *words):
+        """Some words of an element's text as they stand on the screen, from left to right."""
+        return self.run('''
+            const [root, words] = [document.querySelector(arguments[0]), arguments[1]];
+            const walker = document.createTreeWalker(root, NodeFilter.SHOW_TEXT);
+            const places = new Map();
+            for (let node; (node = walker.nextNode());) {
+                for (const word of words) {
+                    const range = document.createRange();
+                    const at = node.data.lastIndexOf(word);
+                    if (at < 0) continue;
+                    range.setStart(node, at);
+                    range.setEnd(node, at + word.length);
+                    places.set(word, range.getBoundingClientRect().left);
+                }
+            }
+            return [...places.keys()].sort((a, b) => places.get(a) - places.get(b));''',
+                        selector, words)
+
     def lane(self, name):
         return self.run('''return [...document.querySelectorAll('.names div')].findIndex(
             (div) => div.textContent === arguments[0]);''', name)
@@ -113,7 +132,7 @@ class Page:
         return {name: value for name, (value, _) in self.fields().items()}
 
     def log(self):
-        """The messages that can be seen, the number of the last one, and how far it is scrolled."""
+        """The messages that can be seen, the last one that is listed, and how far it is scrolled."""
         return self.run('''
             const root = document.querySelector('#log');
             const box = root.getBoundingClientRect();
@@ -121,4 +140,5 @@ class Page:
                 const {top, bottom} = item.getBoundingClientRect();
                 return top >= box.top - 1 && bottom <= box.bottom + 1;
             }).map((item) => Number(item.dataset.number));
-            return {seen, top: root.scrollTop, overflows: root.scrollHeight > root.clientHeight + 40};''')
+            const last = Number(root.querySelector('li:last-child')?.dataset.number);
+            return {seen, last, top: root.scrollTop, overflows: root.scrollHeight > root.clientHeight + 40};''')

@@ -72,10 +72,12 @@ private:
 
     void Add(const std::string& name) {
         CStream* pStream = m_plexa.pStream(m_plexa.AddStream(name.c_str()));
-        const char* names[] = {"a", "ei", "o", "st", "kwa", kMarkup};
+        const std::string longest(5000, 'y');
+        const char* names[] = {"a",     "ei",     "o",      "st",           "kwa",
+                               kMarkup, "\u05D0", "\u05D1", longest.c_str()};
         CField* pName = pStream->AddField("name");
         pName->SetFieldType(fvEnum);
-        pName->SetPossibleValues(names, 6);
+        pName->SetPossibleValues(names, 9);
         const char* tones[] = {"high", "low"};
         CField* pTone = pStream->AddField("tone");
         pTone->SetFieldType(fvEnum);

@@ -11,6 +11,7 @@
 #include "report/messages.h"
 #include "support/tiers.h"
 #include "terminal.h"
+#include "text.h"
 #include "viewer.h"
 #include "viewer/fakeviewer.h"
 #include "viewer/link/greetings.h"
@@ -35,7 +36,7 @@ public:
     }
     std::string Config() const { return "host = 127.0.0.1\nport = " + std::to_string(m_port); }
     int Port() const { return m_port; }
-    Mirror Now() const { return viewer.StructureAt(static_cast<std::size_t>(-1)); }
+    Mirror Now() { return *viewer.StructureAt(static_cast<std::size_t>(-1)); }
     /// True when the status is as wanted, within a second.
     template <typename Wanted>
     bool Await(Wanted wanted) const {
@@ -235,7 +236,8 @@ TEST(Mirror, StaysWholeWhateverItIsTold) {
 }
 
 TEST(Mirror, IsKeptAsItWasAfterEachMessage) {
-    Journal journal(2000);
+    Journal journal({.nEntries = 2000});
+    const auto at = [&](std::size_t number) { return TextOf(*Rebuild(journal.ExcerptAt(number))); };
     std::vector<std::string> texts{""};
     journal.Add({mlds::msgStream, "  0   1 p"});
     texts.push_back(TextOf(journal.now()));
@@ -253,15 +255,71 @@ TEST(Mirror, IsKeptAsItWasAfterEachMessage) {
     EXPECT_LE(journal.last() - journal.first(), 2600u);
     EXPECT_GE(journal.last() - journal.first(), 1999u);
     for (std::size_t k = journal.first(); k <= journal.last(); k += 97) {
-        EXPECT_EQ(TextOf(journal.StructureAt(k)), texts[k]) << k;
-        EXPECT_EQ(journal.At(k).number, k);
+        EXPECT_EQ(at(k), texts[k]) << k;
+        EXPECT_EQ(journal.Entries(k, 1).at(0)->number, k);
     }
-    EXPECT_EQ(TextOf(journal.StructureAt(1)), texts[journal.first()]) << "the oldest there is";
-    EXPECT_EQ(journal.ObjectsOf(2999, 3001), (std::vector<Id>{2998, 2996 + 3}));
+    EXPECT_EQ(at(1), texts[journal.first()]) << "the oldest there is";
+    EXPECT_EQ(ObjectsOf(journal.Entries(2999, 2)), (std::vector<Id>{2998, 2996 + 3}));
+    EXPECT_EQ(journal.Entries(1, 9999).size(), journal.last() - journal.first() + 1);
+    // From what was built before, whatever that was.
+    for (const std::size_t k : {2700, 2705, 2701, 3001, 2600, 1500, 2999}) {
+        const Excerpt excerpt = journal.ExcerptAt(k);
+        journal.Remember(k, Rebuild(excerpt));
+        EXPECT_EQ(at(k), texts[k]) << k;
+        EXPECT_EQ(at(k + 7), texts[std::min<std::size_t>(k + 7, 3001)]) << k;
+        EXPECT_EQ(at(k - 7), texts[k - 7]) << k;
+        EXPECT_TRUE(journal.ExcerptAt(k).entries.empty()) << "nothing is done twice";
+    }
     journal.Add({mlds::msgInserted, "1 0000000000  0 0x00100000 0 |t"});
     EXPECT_EQ(journal.shown(), 3001u) << "not yet";
     journal.Add({mlds::msgDisplayNow, ""});
     EXPECT_EQ(journal.shown(), 3003u);
+}
+
+TEST(Mirror, IsKeptWithinBounds) {
+    constexpr std::size_t kMegabyte = 1 << 20;
+    Journal journal({.nBytes = 8 * kMegabyte});
+    journal.Add({mlds::msgStream, "  0   1 p"});
+    for (int i = 0; i < 100; ++i) journal.Add({mlds::msgText, std::string(kMegabyte, 'x')});
+    EXPECT_LE(journal.nBytes(), 8 * kMegabyte);
+    EXPECT_GE(journal.last() - journal.first(), 6u);
+    EXPECT_EQ(journal.last(), 101u);
+    EXPECT_LT(journal.Entries(101, 1).at(0)->words.size(), 400u);
+    EXPECT_EQ(TextOf(*Rebuild(journal.ExcerptAt(101))), "p:\n") << "what went has had its effect";
+    // Long names are in every structure that is kept.
+    for (unsigned i = 1; i <= 20; ++i) {
+        const std::string name(kMegabyte / 8, 'y');
+        journal.Add({mlds::msgInserted, "0 0000000000  0 " + HandleText(i) + " 0 |" + name});
+        EXPECT_LE(journal.nBytes(), 8 * kMegabyte) << i;
+    }
+    EXPECT_EQ(journal.now().nObjects(), 20u);
+    EXPECT_GT(journal.now().nBytes(), 20 * kMegabyte / 8);
+}
+
+TEST(Mirror, KeepsLinesInOrder) {
+    EXPECT_EQ(Shown("a\u202Eb\x01"), "a\u27E8U+202E\u27E9b\u2401") << "what orders lines is seen";
+    EXPECT_EQ(Shown("\xE9\xE9\xE9\xE9", 3), "\u00E9\u00E9\u2026") << "Latin-1";
+    EXPECT_EQ(Shown(std::string(1 << 20, 'x'), 4), "xxx\u2026");
+    for (std::size_t n = 0; n < 12; ++n) {  // never inside of a character
+        const std::string text = std::string(n, 'x') + "\u05D0\U0001F600\u05D0\u05D0\U0001F600";
+        const std::string shown = Shown(text + text + text, n + 2);
+        EXPECT_EQ(shown, std::string(n, 'x') + "\u05D0\u2026") << n;
+    }
+    Mirror mirror;
+    const auto tell = [&](int code, const std::string& text) {
+        const Event event = Understand({code, text});
+        const std::string words = InWords(event, mirror);
+        mirror.Apply(event);
+        return words;
+    };
+    tell(mlds::msgStream, "  0   2 \u05D0|n 1 0 ");
+    EXPECT_EQ(tell(mlds::msgInserted, "0 0000000000  0 0x00000001 0 |\u05D1|1"),
+              "token \u2068\u05D1\u2069 of \u2068\u05D0\u2069 inserted at the beginning");
+    EXPECT_EQ(tell(mlds::msgTokenChanged, "0  0 0x00000001 0 |\u05D2|1"),
+              "token \u2068\u05D2\u2069 of \u2068\u05D0\u2069 changed: "
+              "name \u2068\u05D1\u2069 -> \u2068\u05D2\u2069");
+    tell(mlds::msgInserted, "0 0x00000001  0 0x00000002 0 |b|1");
+    EXPECT_EQ(TiersText(mirror, 80), "\u2066\u05D0 \u2069|\u2066\u05D2\u2069\u00B7b|\n");
 }
 
 TEST(Mirror, IsDrawnAligned) {

@@ -25,7 +25,7 @@ struct Fault {
 class Interpreter {
 public:
     Interpreter(Viewer& viewer, std::size_t nColumns)
-        : m_viewer(viewer), m_nColumns(nColumns), m_mirror(viewer.StructureAt(Newest())) {}
+        : m_viewer(viewer), m_nColumns(nColumns), m_pMirror(viewer.StructureAt(Newest())) {}
 
     std::string Tiers(const Words&) const { return TiersText(m_mirror, m_nColumns); }
     std::string Streams(const Words&) const { return StreamsText(m_mirror); }
@@ -45,7 +45,9 @@ public:
         const std::size_t last = m_viewer.status().last;
         std::string text;
         const std::size_t from = last > kEntriesShown ? last - kEntriesShown + 1 : 1;
-        for (const Entry& entry : m_viewer.Entries(from, kEntriesShown)) text += EntryText(entry);
+        for (const EntryPtr& pEntry : m_viewer.Entries(from, kEntriesShown)) {
+            text += EntryText(*pEntry);
+        }
         return text;
     }
     std::string Disconnect(const Words&) const { return Answer(m_viewer.Disconnect()); }
@@ -96,7 +98,8 @@ private:
 
     Viewer& m_viewer;
     std::size_t m_nColumns;
-    Mirror m_mirror;
+    MirrorPtr m_pMirror;
+    const Mirror& m_mirror = *m_pMirror;
 };
 
 struct Command {
@@ -169,7 +172,7 @@ std::string EntryText(const Entry& entry) {
     } else {
         std::snprintf(number, sizeof number, "%6zu  %4d ", entry.number, code);
     }
-    return number + Shown(entry.words) + '\n';
+    return number + entry.words + '\n';
 }
 
 }  // namespace mlds_viewer

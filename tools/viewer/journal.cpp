@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "report/messages.h"
+#include "text.h"
 #include "words.h"
 
 namespace mlds_viewer {
@@ -13,6 +14,13 @@ namespace {
 // A chapter costs a copy of the structure and going back to a place in it the messages before: with
 // as many messages as the structure has objects neither outgrows the other.
 constexpr std::size_t kShortestChapter = 500;
+// Chapters go as a whole: few long messages make one as well.
+constexpr std::size_t kFewestChapters = 32;
+constexpr std::size_t kLongestWords = 1000;
+
+std::size_t BytesOf(const Entry& entry) {
+    return sizeof entry + entry.message.text.size() + entry.words.size();
+}
 
 bool IsOwn(int code) {
     return code == Journal::kConnected || code == Journal::kDisconnected;
@@ -44,20 +52,36 @@ struct DelayFinder {
 
 const Entry& Journal::Add(Message message) {
     const Event event = UnderstandEntry(message);
-    Entry entry{++m_nLast, std::move(message), "", ObjectOf(event)};
-    const int code = entry.message.code;
-    entry.words = IsOwn(code) ? entry.message.text : InWords(event, m_now);
-    const bool bFull = m_chapters.empty() || m_chapters.back().entries.size() >=
-                                                 std::max(kShortestChapter, m_now.nObjects());
-    if (bFull) m_chapters.push_back({std::make_shared<const Mirror>(m_now), {}});
+    const int code = message.code;
+    std::string words = IsOwn(code) ? message.text : InWords(event, m_now);
+    const auto pEntry = std::make_shared<const Entry>(
+        Entry{m_nLast + 1, std::move(message), Shortened(std::move(words), kLongestWords),
+              ObjectOf(event)});
+    if (m_chapters.empty() || IsFull(m_chapters.back())) {
+        m_chapters.push_back({std::make_shared<const Mirror>(m_now), m_now.nBytes(), {}, 0});
+        m_nBytes += m_chapters.back().nBytesBefore;
+    }
     Chapter& chapter = m_chapters.back();
-    chapter.entries.push_back(std::move(entry));
-    CarryOut(chapter.entries.back().message, event, m_now);
+    chapter.entries.push_back(pEntry);
+    chapter.nBytes += BytesOf(*pEntry);
+    m_nBytes += BytesOf(*pEntry);
+    ++m_nLast;
+    CarryOut(pEntry->message, event, m_now);
     NoteDelay(event, code);
-    while (m_chapters.size() > 1 && m_nLast - m_chapters[1].first() + 1 >= m_nMostEntries) {
+    while (m_chapters.size() > 1 && IsTooLong()) {
+        m_nBytes -= m_chapters.front().nBytesBefore + m_chapters.front().nBytes;
         m_chapters.pop_front();
     }
-    return m_chapters.back().entries.back();
+    return *pEntry;
+}
+
+bool Journal::IsFull(const Chapter& chapter) const {
+    return chapter.entries.size() >= std::max(kShortestChapter, m_now.nObjects()) ||
+           chapter.nBytes >= std::max(m_limits.nBytes / kFewestChapters, chapter.nBytesBefore);
+}
+
+bool Journal::IsTooLong() const {
+    return m_nLast - m_chapters[1].first() + 1 >= m_limits.nEntries || m_nBytes > m_limits.nBytes;
 }
 
 void Journal::NoteDelay(const Event& event, int code) {
@@ -73,33 +97,61 @@ const Journal::Chapter& Journal::ChapterOf(std::size_t number) const {
     return *std::prev(next);
 }
 
-const Entry& Journal::At(std::size_t number) const {
-    const Chapter& chapter = ChapterOf(number);
-    return chapter.entries[number - chapter.first()];
-}
-
-Mirror Journal::StructureAt(std::size_t number) const {
-    if (number >= m_nLast) return m_now;
-    number = std::max(number, first());
-    const Chapter& chapter = ChapterOf(number);
-    Mirror mirror = *chapter.before;
-    for (const Entry& entry : chapter.entries) {
-        if (entry.number > number) break;
-        CarryOut(entry.message, UnderstandEntry(entry.message), mirror);
+std::vector<EntryPtr> Journal::Entries(std::size_t from, std::size_t n) const {
+    std::vector<EntryPtr> entries;
+    from = std::max(from, first());
+    while (from <= m_nLast && entries.size() < n) {
+        const Chapter& chapter = ChapterOf(from);
+        const auto begin =
+            chapter.entries.begin() + static_cast<std::ptrdiff_t>(from - chapter.first());
+        const auto nLeft = static_cast<std::size_t>(chapter.entries.end() - begin);
+        const std::size_t nTaken = std::min(n - entries.size(), nLeft);
+        entries.insert(entries.end(), begin, begin + static_cast<std::ptrdiff_t>(nTaken));
+        from += nTaken;
     }
-    return mirror;
+    return entries;
 }
 
-std::vector<Id> Journal::ObjectsOf(std::size_t from, std::size_t to) const {
+Excerpt Journal::ExcerptAt(std::size_t number) const {
+    if (m_chapters.empty()) return {0, std::make_shared<const Mirror>(), {}};
+    number = std::clamp(number, first(), m_nLast);
+    const Chapter& chapter = ChapterOf(number);
+    std::size_t at = chapter.first() - 1;
+    Excerpt excerpt{number, chapter.before, {}};
+    for (const Built& built : m_built) {
+        if (built.mirror == nullptr || built.number < at || built.number > number) continue;
+        at = built.number;
+        excerpt.before = built.mirror;
+    }
+    excerpt.entries = Entries(at + 1, number - at);
+    return excerpt;
+}
+
+MirrorPtr Journal::Remember(std::size_t number, MirrorPtr mirror) {
+    Built& newest = m_built[0];
+    Built& built = number >= newest.number ? newest : m_built[1];
+    built.number = number;
+    return std::exchange(built.mirror, std::move(mirror));
+}
+
+MirrorPtr Rebuild(const Excerpt& excerpt) {
+    if (excerpt.entries.empty()) return excerpt.before;
+    const auto pMirror = std::make_shared<Mirror>(*excerpt.before);
+    for (const EntryPtr& pEntry : excerpt.entries) {
+        CarryOut(pEntry->message, UnderstandEntry(pEntry->message), *pMirror);
+    }
+    return pMirror;
+}
+
+std::vector<Id> ObjectsOf(const std::vector<EntryPtr>& entries) {
     std::vector<Id> objects;
-    for (std::size_t number = std::max(from, first()); number < std::min(to, m_nLast + 1);
-         ++number) {
-        const Entry& entry = At(number);
-        const int code = entry.message.code;
-        if (code == mlds::msgFullDump || code == mlds::msgContentsDump || code == kConnected) {
+    for (const EntryPtr& pEntry : entries) {
+        const int code = pEntry->message.code;
+        if (code == mlds::msgFullDump || code == mlds::msgContentsDump ||
+            code == Journal::kConnected) {
             return {};
         }
-        if (entry.object != 0) objects.push_back(entry.object);
+        if (pEntry->object != 0) objects.push_back(pEntry->object);
     }
     return objects;
 }

@@ -76,15 +76,15 @@ public:
     void Update(bool bCalm) {
         const Status status = m_viewer.status();
         bool bComplete = false;
-        for (const Entry& entry : m_viewer.Entries(m_nSeen + 1, status.last - m_nSeen)) {
-            if (m_bLog || entry.message.code < 0) m_printer.Print(EntryText(entry));
-            bComplete |= entry.message.code == mlds::msgDisplayNow;
-            bComplete |= entry.message.code == Journal::kDisconnected;
+        for (const EntryPtr& pEntry : m_viewer.Entries(m_nSeen + 1, status.last - m_nSeen)) {
+            const int code = pEntry->message.code;
+            if (m_bLog || code < 0) m_printer.Print(EntryText(*pEntry));
+            bComplete |= code == mlds::msgDisplayNow || code == Journal::kDisconnected;
         }
         m_nSeen = status.last;
         if (m_bTiers && m_nDrawn < status.shown && (bCalm || bComplete)) {
             m_nDrawn = status.shown;
-            const std::string text = TiersText(m_viewer.StructureAt(m_nDrawn), Columns());
+            const std::string text = TiersText(*m_viewer.StructureAt(m_nDrawn), Columns());
             if (text != m_drawn && !text.empty()) {
                 m_printer.Print((m_bClear ? "\033[H\033[2J" : "") + text + '\n');
             }

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "report/messages.h"
+#include "text.h"
 
 namespace mlds_viewer {
 
@@ -40,8 +41,30 @@ std::string Mirror::Describe(Id id) const {
     const Object* p = Find(id);
     if (p == nullptr) return HandleText(id) + ", which is in no stream";
     const std::string what =
-        p->kind == Kind::token ? "token " + NameOf(id) : "mark " + HandleText(id);
-    return what + " of " + m_streams[static_cast<std::size_t>(p->stream)].name;
+        p->kind == Kind::token ? "token " + InLine(NameOf(id)) : "mark " + HandleText(id);
+    return what + " of " + InLine(m_streams[static_cast<std::size_t>(p->stream)].name);
+}
+
+std::size_t Mirror::nBytes() const {
+    constexpr std::size_t kNode = 64;  // of a map, with what the allocator adds
+    std::size_t n = sizeof *this;
+    for (const auto& [id, object] : m_objects) {
+        n += kNode + sizeof object;
+        for (const std::string& value : object.values) n += sizeof value + value.size();
+    }
+    for (const auto& [id, group] : m_groups) n += kNode + group.size() * 2 * kNode;
+    for (const Stream& stream : m_streams) {
+        for (const Field& field : stream.fields) {
+            n += sizeof field + field.name.size();
+            for (const std::string& value : field.values) n += sizeof value + value.size();
+        }
+    }
+    for (const VariableList& list : m_lists) {
+        for (const auto& [index, variable] : list.variables) {
+            n += kNode + sizeof variable + variable.name.size();
+        }
+    }
+    return n;
 }
 
 Stream& Mirror::StreamAt(int stream) {

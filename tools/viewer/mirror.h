@@ -48,6 +48,8 @@ public:
     const std::vector<Stream>& streams() const { return m_streams; }
     const std::vector<VariableList>& lists() const { return m_lists; }
     std::size_t nObjects() const { return m_objects.size(); }
+    /// About how much memory it takes. Goes through everything.
+    std::size_t nBytes() const;
     /// Null for what is in no chain.
     const Object* Find(Id id) const;
     /// The marks that are synchronous with a mark by stream, itself included. A message may have
@@ -57,7 +59,8 @@ public:
     std::vector<Id> Chain(int stream) const;
     /// What a token is called: its first value.
     std::string NameOf(Id id) const;
-    /// "token a of phone", "mark 0x0000002a of phone".
+    /// "token a of phone", "mark 0x0000002a of phone", with names as they are shown inside of
+    /// lines.
     std::string Describe(Id id) const;
 
 private:

@@ -20,7 +20,7 @@ Line LabelOf(const Mirror& mirror, const std::vector<Id>& tokens) {
     Line label;
     for (const Id token : tokens) {
         if (!label.empty()) label += U'\u00B7';
-        label += Wide(Shown(mirror.NameOf(token)));
+        label += Wide(Shown(mirror.NameOf(token), kLongestLabel));
     }
     // Longer ones would push everything else out of sight.
     if (label.size() > kLongestLabel) label = label.substr(0, kLongestLabel - 1) + U'\u2026';
@@ -62,13 +62,14 @@ std::string Block(const std::vector<Line>& names, const std::vector<Line>& lines
     for (std::size_t i = 0; i < lines.size(); ++i) {
         Line line = names[i];
         if (begin < lines[i].size()) line += lines[i].substr(begin, end + 1 - begin);
-        text += Narrow(line.substr(0, line.find_last_not_of(U' ') + 1)) + '\n';
+        line.resize(line.find_last_not_of(U' ') + 1);
+        text += Narrow(WithIsolatedCells(line)) + '\n';
     }
     return text;
 }
 
 std::string PaddedText(const std::string& engineText, std::size_t width) {
-    return Narrow(Padded(Wide(Shown(engineText)), width));
+    return Narrow(WithIsolatedCells(Padded(Wide(Shown(engineText)), width)));
 }
 
 std::size_t LongestName(const std::vector<Field>& fields) {
@@ -86,8 +87,8 @@ std::string TiersText(const Mirror& mirror, std::size_t nColumns) {
     std::vector<std::size_t> widths;
     std::size_t nameWidth = 0;
     for (const Lane& lane : layout.lanes) {
-        names.push_back(Wide(Shown(mirror.streams()[static_cast<std::size_t>(lane.stream)].name)) +
-                        U' ');
+        const Stream& stream = mirror.streams()[static_cast<std::size_t>(lane.stream)];
+        names.push_back(Wide(Shown(stream.name, kLongestLabel)) + U' ');
         nameWidth = std::max(nameWidth, names.back().size());
         Row& row = rows.emplace_back(Row{&lane, {}});
         for (const std::vector<Id>& tokens : lane.cells) {
@@ -122,13 +123,13 @@ std::string StreamsText(const Mirror& mirror) {
         const std::vector<Id> chain = mirror.Chain(static_cast<int>(i));
         const auto nTokens = std::ranges::count_if(
             chain, [&](Id id) { return mirror.Find(id)->kind == Kind::token; });
-        text += std::to_string(i) + ' ' + Shown(stream.name) + ": " + std::to_string(nTokens) +
+        text += std::to_string(i) + ' ' + InLine(stream.name) + ": " + std::to_string(nTokens) +
                 " tokens, " + std::to_string(static_cast<long>(chain.size()) - nTokens) +
                 " marks\n";
         for (const Field& field : stream.fields) {
             text += "    " + PaddedText(field.name, LongestName(stream.fields)) + "  " +
                     TypeName(field.type);
-            for (const std::string& value : field.values) text += ' ' + Shown(value);
+            for (const std::string& value : field.values) text += ' ' + InLine(value);
             text += '\n';
         }
     }
@@ -140,8 +141,8 @@ std::string VariablesText(const Mirror& mirror) {
     for (const VariableList& list : mirror.lists()) {
         text += "list " + HandleText(list.id) + '\n';
         for (const auto& [index, variable] : list.variables) {
-            text += "    " + std::to_string(index) + ' ' + Shown(variable.name) + " = " +
-                    Shown(mirror.Describe(variable.content)) + '\n';
+            text += "    " + std::to_string(index) + ' ' + InLine(variable.name) + " = " +
+                    mirror.Describe(variable.content) + '\n';
         }
     }
     return text.empty() ? "no variables\n" : text;
@@ -152,7 +153,7 @@ std::string TokensText(const Mirror& mirror, int stream) {
     int number = 0;
     for (const Id id : mirror.Chain(stream)) {
         if (mirror.Find(id)->kind != Kind::token) continue;
-        text += std::to_string(++number) + ' ' + Shown(mirror.NameOf(id)) + '\n';
+        text += std::to_string(++number) + ' ' + InLine(mirror.NameOf(id)) + '\n';
     }
     return text.empty() ? "no tokens\n" : text;
 }
@@ -161,10 +162,10 @@ std::string FieldsText(const Mirror& mirror, Id token) {
     const Object& object = *mirror.Find(token);
     const std::vector<Field>& fields =
         mirror.streams()[static_cast<std::size_t>(object.stream)].fields;
-    std::string text = Shown(mirror.Describe(token)) + ", " + HandleText(token) + '\n';
+    std::string text = mirror.Describe(token) + ", " + HandleText(token) + '\n';
     for (std::size_t i = 0; i < fields.size(); ++i) {
         text += "    " + PaddedText(fields[i].name, LongestName(fields)) + "  " +
-                (i < object.values.size() ? Shown(object.values[i]) : "") + '\n';
+                (i < object.values.size() ? Isolated(Shown(object.values[i])) : "") + '\n';
     }
     return text;
 }

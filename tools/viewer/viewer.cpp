@@ -17,8 +17,6 @@ namespace mlds_viewer {
 
 namespace {
 
-constexpr std::size_t kLongestValue = 1000;
-
 template <typename T>
 bool IsNumber(const std::string& text) {
     T value{};
@@ -36,7 +34,7 @@ bool IsWord(const std::string& text) {
 
 std::string WhyNoValue(const Field& field, const std::string& engineText) {
     if (!IsWord(engineText)) return "a value is one word: spaces cannot be sent";
-    if (engineText.size() > kLongestValue) return "the value is too long";
+    if (engineText.size() > Viewer::kLongestValue) return "the value is too long";
     switch (field.type.value_or(fvEnum)) {
         case fvInt: return IsNumber<int>(engineText) ? "" : "the field holds whole numbers";
         case fvFloat: return IsNumber<double>(engineText) ? "" : "the field holds numbers";
@@ -83,8 +81,9 @@ void Viewer::EngineWent(const std::string& why) {
 }
 
 void Viewer::Receive(Message message) {
+    const bool bLatin1 = IsLatin1(message.text);
     const std::lock_guard lock(m_mutex);
-    m_bLatin1 = m_bLatin1 || IsLatin1(message.text);
+    m_bLatin1 = m_bLatin1 || bLatin1;
     m_journal.Add(std::move(message));
     Changed();
 }
@@ -121,24 +120,22 @@ Status Viewer::WaitForChange(std::size_t version, std::chrono::milliseconds time
     return m_status;
 }
 
-Mirror Viewer::StructureAt(std::size_t number) const {
-    const std::lock_guard lock(m_mutex);
-    return m_journal.StructureAt(number);
+MirrorPtr Viewer::StructureAt(std::size_t number) {
+    // An engine waits for this lock with every message: only pointers are copied under it, and what
+    // is dropped is destroyed behind it.
+    std::unique_lock lock(m_mutex);
+    const Excerpt excerpt = m_journal.ExcerptAt(number);
+    lock.unlock();
+    MirrorPtr mirror = Rebuild(excerpt);
+    lock.lock();
+    const MirrorPtr dropped = m_journal.Remember(excerpt.number, mirror);
+    lock.unlock();
+    return mirror;
 }
 
-std::vector<Entry> Viewer::Entries(std::size_t from, std::size_t n) const {
+std::vector<EntryPtr> Viewer::Entries(std::size_t from, std::size_t n) const {
     const std::lock_guard lock(m_mutex);
-    std::vector<Entry> entries;
-    from = std::max(from, m_journal.first());
-    for (std::size_t i = from; i <= m_journal.last() && entries.size() < n; ++i) {
-        entries.push_back(m_journal.At(i));
-    }
-    return entries;
-}
-
-std::vector<Id> Viewer::ObjectsOf(std::size_t from, std::size_t to) const {
-    const std::lock_guard lock(m_mutex);
-    return m_journal.ObjectsOf(from, to);
+    return m_journal.Entries(from, n);
 }
 
 std::string Viewer::WhyNoRequests() const {
@@ -153,10 +150,11 @@ void Viewer::Ask(std::string packet) {
     [[maybe_unused]] const auto n = ::write(m_wakeUp, &one, sizeof one);
 }
 
-// A possible value as the engine wrote it; anything else in the encoding that its texts seem to
-// have.
-std::optional<std::string> Viewer::InEngineText(const Field& field,
+// The value that a field has and a possible one as the engine wrote them; anything else in the
+// encoding that its texts seem to have.
+std::optional<std::string> Viewer::InEngineText(const Field& field, const std::string& current,
                                                 const std::string& value) const {
+    if (Shown(current) == value) return current;
     for (const std::string& possible : field.values) {
         if (Shown(possible) == value) return possible;
     }
@@ -174,7 +172,9 @@ std::string Viewer::SetField(Id token, int field, const std::string& value) {
         return "the token has no such field";
     }
     const Field& asked = fields[static_cast<std::size_t>(field)];
-    const std::optional<std::string> text = InEngineText(asked, value);
+    const auto i = static_cast<std::size_t>(field);
+    const std::string current = i < pToken->values.size() ? pToken->values[i] : "";
+    const std::optional<std::string> text = InEngineText(asked, current, value);
     if (!text) return "the engine's encoding, Latin-1, lacks a character of the value";
     std::string why = WhyNoValue(asked, *text);
     if (why.empty()) Ask(FieldPacket(token, pToken->stream, field, *text));

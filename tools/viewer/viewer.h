@@ -24,6 +24,9 @@ struct Status {
 
 class Viewer {
 public:
+    /// No longer value is asked for, in bytes.
+    static constexpr std::size_t kLongestValue = 1000;
+
     Viewer();
     Viewer(const Viewer&) = delete;
     Viewer& operator=(const Viewer&) = delete;
@@ -45,11 +48,10 @@ public:
     Status WaitForChange(std::size_t version, std::chrono::milliseconds time) const;
     /// Has everybody return who waits.
     void WakeAll();
-    Mirror StructureAt(std::size_t number) const;
+    /// The structure as it was behind an entry. It is built without keeping others waiting.
+    MirrorPtr StructureAt(std::size_t number);
     /// At most n entries from a number on.
-    std::vector<Entry> Entries(std::size_t from, std::size_t n) const;
-    /// As Journal::ObjectsOf.
-    std::vector<Id> ObjectsOf(std::size_t from, std::size_t to) const;
+    std::vector<EntryPtr> Entries(std::size_t from, std::size_t n) const;
 
     /// Asks the engine to set a field, by a value in UTF-8. Empty, or why it cannot be asked.
     std::string SetField(Id token, int field, const std::string& value);
@@ -58,7 +60,8 @@ public:
 
 private:
     std::string WhyNoRequests() const;
-    std::optional<std::string> InEngineText(const Field& field, const std::string& value) const;
+    std::optional<std::string> InEngineText(const Field& field, const std::string& current,
+                                            const std::string& value) const;
     void Ask(std::string packet);
     void Changed();
 

@@ -13,12 +13,20 @@ namespace {
 
 using nlohmann::json;
 
+constexpr std::size_t kLongestText = Viewer::kLongestValue;
+
+// A browser takes seconds for a text of a megabyte, and nobody reads it. What is cut is longer than
+// any value that can be set, so that no beginning is taken for the whole.
+std::string Text(const std::string& engineText) {
+    return Shown(engineText, kLongestText);
+}
+
 json FieldsJson(const Stream& stream) {
     json fields = json::array();
     for (const Field& field : stream.fields) {
         json values = json::array();
-        for (const std::string& value : field.values) values.push_back(Shown(value));
-        fields.push_back({{"name", Shown(field.name)},
+        for (const std::string& value : field.values) values.push_back(Text(value));
+        fields.push_back({{"name", Text(field.name)},
                           {"type", TypeName(field.type)},
                           {"values", std::move(values)}});
     }
@@ -27,7 +35,7 @@ json FieldsJson(const Stream& stream) {
 
 json TokenJson(const Mirror& mirror, Id id) {
     json values = json::array();
-    for (const std::string& value : mirror.Find(id)->values) values.push_back(Shown(value));
+    for (const std::string& value : mirror.Find(id)->values) values.push_back(Text(value));
     return {{"id", id}, {"values", std::move(values)}};
 }
 
@@ -42,7 +50,7 @@ json LaneJson(const Mirror& mirror, const Lane& lane) {
         cells.push_back(std::move(cell));
     }
     return {{"stream", lane.stream},
-            {"name", Shown(stream.name)},
+            {"name", Text(stream.name)},
             {"fields", FieldsJson(stream)},
             {"marks", std::move(marks)},
             {"cells", std::move(cells)}};
@@ -52,9 +60,9 @@ json ListJson(const Mirror& mirror, const VariableList& list) {
     json variables = json::array();
     for (const auto& [index, variable] : list.variables) {
         variables.push_back({{"index", index},
-                             {"name", Shown(variable.name)},
+                             {"name", Text(variable.name)},
                              {"content", variable.content},
-                             {"what", Shown(mirror.Describe(variable.content))}});
+                             {"what", mirror.Describe(variable.content)}});
     }
     return {{"id", HandleText(list.id)}, {"variables", std::move(variables)}};
 }
@@ -81,7 +89,7 @@ std::string StructureJson(const Mirror& mirror, std::size_t number,
     json lists = json::array();
     for (const VariableList& list : mirror.lists()) lists.push_back(ListJson(mirror, list));
     return json{{"number", number},
-                {"language", Shown(mirror.language())},
+                {"language", Text(mirror.language())},
                 {"instants", layout.nInstants},
                 {"lanes", std::move(lanes)},
                 {"lists", std::move(lists)},
@@ -89,13 +97,13 @@ std::string StructureJson(const Mirror& mirror, std::size_t number,
         .dump();
 }
 
-std::string EntriesJson(const std::vector<Entry>& entries) {
+std::string EntriesJson(const std::vector<EntryPtr>& entries) {
     json list = json::array();
-    for (const Entry& entry : entries) {
-        list.push_back({{"number", entry.number},
-                        {"code", entry.message.code},
-                        {"words", Shown(entry.words)},
-                        {"object", entry.object}});
+    for (const EntryPtr& pEntry : entries) {
+        list.push_back({{"number", pEntry->number},
+                        {"code", pEntry->message.code},
+                        {"words", pEntry->words},
+                        {"object", pEntry->object}});
     }
     return list.dump();
 }

@@ -13,7 +13,7 @@ std::string StatusJson(const Status& status);
 /// The structure as it was behind an entry, and the objects that changed behind `since`.
 std::string StructureJson(const Mirror& mirror, std::size_t number, const std::vector<Id>& changed);
 
-std::string EntriesJson(const std::vector<Entry>& entries);
+std::string EntriesJson(const std::vector<EntryPtr>& entries);
 
 /// What the page asks for when it sets a field.
 struct FieldWish {

@@ -3,13 +3,12 @@
 
 #include <sys/socket.h>
 
-#include <httplib.h>
-
 #include <algorithm>
 #include <charconv>
 
 #include "pagetext.h"
 #include "sockets.h"
+#include "webconnections.h"
 #include "webjson.h"
 
 namespace mlds_viewer {
@@ -19,10 +18,11 @@ namespace {
 using httplib::Request;
 using httplib::Response;
 
-constexpr std::size_t kThreads = 40;
-constexpr int kMostListeners = 24;  // each keeps a thread
+// Each keeps a thread. Pages beyond these ask from time to time.
+constexpr int kMostListeners = 24;
 constexpr std::size_t kLargestWish = 1 << 16;
 constexpr std::size_t kMostEntries = 1000;
+constexpr std::size_t kMostChanges = 10000;
 constexpr std::chrono::milliseconds kHeartbeat{5000};
 // More often nobody can see.
 constexpr std::chrono::milliseconds kPause{40};
@@ -121,10 +121,9 @@ bool IsOwnHost(const std::string& header, bool bLoopbackOnly) {
 
 WebServer::WebServer(Viewer& viewer, const std::string& host, int port)
     : m_viewer(viewer),
-      m_pServer(std::make_unique<httplib::Server>()),
+      m_pServer(std::make_unique<PatientServer>(kMostListeners)),
       m_bLoopback(IsLoopback(host)) {
-    httplib::Server& server = *m_pServer;
-    server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+    PatientServer& server = *m_pServer;
     // A second viewer must not take half of the requests, as it could by the library's own options.
     server.set_socket_options([](int s) {
         const int on = 1;
@@ -143,6 +142,7 @@ WebServer::WebServer(Viewer& viewer, const std::string& host, int port)
     if (!bBound) {
         throw std::runtime_error("cannot serve the page on " + host + ':' + std::to_string(port));
     }
+    server.TakeCrowds();
     m_thread = std::thread([this] { m_pServer->listen_after_bind(); });
 }
 
@@ -193,8 +193,11 @@ void WebServer::AddQuestions() {
         const std::size_t at = std::clamp(NumberOf(request, "at", status.shown),
                                           std::min(status.first, status.last), status.last);
         const std::size_t since = NumberOf(request, "since", at);
+        // Of a page that has not asked for long the newest changes are enough.
+        const std::size_t nChanges = at > since ? std::min(at - since, kMostChanges) : 0;
         response.set_content(
-            StructureJson(m_viewer.StructureAt(at), at, m_viewer.ObjectsOf(since + 1, at + 1)),
+            StructureJson(*m_viewer.StructureAt(at), at,
+                          ObjectsOf(m_viewer.Entries(at - nChanges + 1, nChanges))),
             kJsonAnswer);
     };
     const auto entries = [this](const Request& request, Response& response) {

@@ -8,11 +8,9 @@
 
 #include "viewer.h"
 
-namespace httplib {
-class Server;
-}
-
 namespace mlds_viewer {
+
+class PatientServer;
 
 /// Serves the page from threads of its own. Requests that do not come from the page are refused.
 class WebServer {
@@ -32,7 +30,7 @@ private:
     void AddWishes();
 
     Viewer& m_viewer;
-    std::unique_ptr<httplib::Server> m_pServer;
+    std::unique_ptr<PatientServer> m_pServer;
     std::atomic<bool> m_bEnding = false;
     std::atomic<int> m_nListeners = 0;
     bool m_bLoopback;

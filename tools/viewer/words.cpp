@@ -2,10 +2,13 @@
 #include "words.h"
 
 #include "report/messages.h"
+#include "text.h"
 
 namespace mlds_viewer {
 
 namespace {
+
+constexpr std::size_t kLongestQuote = 300;
 
 class Speaker {
 public:
@@ -27,7 +30,8 @@ public:
         for (std::size_t i = 0; pOld != nullptr && i < values.size(); ++i) {
             const std::string old = i < pOld->values.size() ? pOld->values[i] : "";
             if (old == values[i]) continue;
-            text += separator + FieldName(event.object.stream, i) + " " + old + " -> " + values[i];
+            text += separator + InLine(FieldName(event.object.stream, i)) + " " + InLine(old) +
+                    " -> " + InLine(values[i]);
             separator = ", ";
         }
         return text;
@@ -37,10 +41,12 @@ public:
         return m_before.Describe(event.object.id) + " removed";
     }
     std::string operator()(const StreamDescribed& event) const {
-        return "stream " + std::to_string(event.stream) + " is " + event.name + " with " +
+        return "stream " + std::to_string(event.stream) + " is " + InLine(event.name) + " with " +
                std::to_string(event.fields.size()) + " fields";
     }
-    std::string operator()(const LanguageTold& event) const { return "language " + event.language; }
+    std::string operator()(const LanguageTold& event) const {
+        return "language " + InLine(event.language);
+    }
     std::string operator()(const ListMade& event) const {
         return "variable list " + HandleText(event.list) + " made";
     }
@@ -48,10 +54,12 @@ public:
         return "variable list " + HandleText(event.list) + " gone";
     }
     std::string operator()(const VariableTold& event) const {
-        return "variable " + event.name + (event.bDeclared ? " declared" : " used") + ": " +
+        return "variable " + InLine(event.name) + (event.bDeclared ? " declared" : " used") + ": " +
                m_before.Describe(event.content);
     }
-    std::string operator()(const Said& event) const { return "text: " + event.text; }
+    std::string operator()(const Said& event) const {
+        return "text: " + Isolated(Shown(event.text, kLongestQuote));
+    }
 
     std::string operator()(const Signal& event) const {
         const mlds::MessageKind* pKind = mlds::FindMessage(event.code);
@@ -60,7 +68,7 @@ public:
 
     std::string operator()(const Unintelligible& event) const {
         return "message " + std::to_string(event.message.code) +
-               " is not understood: " + event.message.text;
+               " is not understood: " + Isolated(Shown(event.message.text, kLongestQuote));
     }
 
 private:
@@ -83,10 +91,10 @@ private:
         std::string text = "mark " + HandleText(head.id);
         if (std::holds_alternative<std::string>(body)) {
             const std::vector<std::string> values = Values(head, body);
-            text = "token " + (values.empty() ? "" : values.front());
+            text = "token " + (values.empty() ? "" : InLine(values.front()));
         }
         const Stream* p = StreamOf(head.stream);
-        return text + " of " + (p != nullptr ? p->name : std::to_string(head.stream));
+        return text + " of " + (p != nullptr ? InLine(p->name) : std::to_string(head.stream));
     }
 
     std::string Tied(const Ties& ties) const {
@@ -95,7 +103,7 @@ private:
         for (const auto& [stream, mark] : ties) {
             const Stream* p = StreamOf(stream);
             text += (text.empty() ? ", tied in " : " ") +
-                    (p != nullptr ? p->name : std::to_string(stream));
+                    (p != nullptr ? InLine(p->name) : std::to_string(stream));
         }
         return text;
     }

@@ -7,7 +7,7 @@
 namespace mlds_viewer {
 
 /// What a message says, told to somebody who knows the structure as it was before: "token a of
-/// phone inserted behind mark 0x0000002a of phone". Names are as the engine wrote them.
+/// phone inserted behind mark 0x0000002a of phone". Names are as they are shown inside of lines.
 std::string InWords(const Event& event, const Mirror& before);
 
 /// The object that a message is about; 0 for none.

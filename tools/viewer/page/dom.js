@@ -7,8 +7,13 @@ export function element(tag, properties = {}, ...children) {
 }
 
 // A name from the engine inside of a line: one that is written from right to left must not turn
-// the rest of the line around.
+// the rest of the line around. The second one is for lines without elements.
 export const isolated = (text) => element('bdi', {textContent: text});
+export const isolatedText = (text) => `\u2068${text}\u2069`;
+
+// The beginning of a longer text.
+export const brief = (text, most) => (
+  text.length > most ? `${[...text.slice(0, most)].slice(0, -1).join('')}…` : text);
 
 const slack = 8;  // pixels that a finger moves in a tap
 

@@ -1,5 +1,6 @@
 // Keeps the page in step with the viewer program, or with a message that somebody stepped back to.
 
+import {isolated} from './dom.js';
 import {Notice, ask, listen} from './link.js';
 import {LogPanel} from './log.js';
 import {TokenPanel, VariablesPanel} from './panels.js';
@@ -109,7 +110,7 @@ async function showStructure() {
   shown = structure.number;
   tiers.show(structure, {follow: $('follow').checked, live: !at});
   variables.show(structure.lists);
-  $('language').textContent = structure.language ? `language ${structure.language}` : '';
+  $('language').replaceChildren(...structure.language ? ['language ', isolated(structure.language)] : []);
   showToken();
   const entry = await log.show(status, at || status.last, !at);
   words = entry?.words ?? '';

@@ -1,7 +1,9 @@
 // What stands below the streams beside the messages: a token's fields, the variables.
 
-import {element, isolated} from './dom.js';
+import {brief, element, isolated} from './dom.js';
 import {Notice} from './link.js';
+
+const longestTitle = 60;
 
 export class TokenPanel {
   constructor(root) {
@@ -16,7 +18,7 @@ export class TokenPanel {
     if (shown !== this.shown) this.build(found);
     this.shown = shown;
     if (!found) return;
-    this.title.replaceChildren(isolated(found.token.values[0] ?? ''), ' of ', isolated(found.lane.name));
+    this.title.replaceChildren(isolated(brief(found.token.values[0] ?? '', longestTitle)), ' of ', isolated(found.lane.name));
     this.inputs.forEach((input, i) => this.update(input, found.token.values[i] ?? '', whyNot, changed));
     if (changed || whyNot !== this.whyNot) this.notice.say(whyNot ?? '');
     this.whyNot = whyNot;

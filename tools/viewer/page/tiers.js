@@ -1,13 +1,15 @@
 // The streams as lanes whose synchronous marks stand under each other. What is out of view is not
 // in the document.
 
-import {element, onTap} from './dom.js';
+import {brief, element, isolatedText, onTap} from './dom.js';
 
 const laneHeight = 34;
 const tokenHeight = 26;
 const tokenPadding = 12;
 const gapWidth = 16;
-const widestName = 260;  // of longer names the beginning is shown
+const widestName = 260;  // pixels; of wider names the beginning is shown
+const longestName = 60;  // characters; to measure more takes time
+const longestHint = 200;
 const hues = [215, 150, 35, 280, 345, 185, 95, 15];
 const sweeps = 30;
 const margin = 400;  // how far beyond the view things are drawn
@@ -15,7 +17,7 @@ const margin = 400;  // how far beyond the view things are drawn
 const pen = document.createElement('canvas').getContext('2d');
 pen.font = '14px "DejaVu Sans", system-ui, sans-serif';
 
-const nameOf = (token) => token.values[0] ?? '';
+const nameOf = (token) => brief(token.values[0] ?? '', longestName);
 
 function cellWidth(cell) {
   return cell.reduce((sum, token) => sum + Math.min(pen.measureText(nameOf(token)).width, widestName) + tokenPadding, 0)
@@ -62,8 +64,8 @@ export class TierView {
     root.append(this.empty);
   }
 
-  // The structure that is to be shown. What changed in it is brought into view if wanted; else what
-  // is in view stays there. While live, what changed last goes on to be seen until something else
+  // The structure that is to be shown. What changed last in it is brought into view if wanted; else
+  // what is in view stays there. While live, what changed last goes on to be seen until something else
   // changes.
   show(structure, {follow, live}) {
     const stay = this.findAnchor();
@@ -79,7 +81,7 @@ export class TierView {
       return name;
     }));
     this.keepInPlace(stay);
-    if (follow) this.reveal(structure.changed.find((id) => this.positions.has(id)));
+    if (follow) this.reveal(structure.changed.findLast((id) => this.positions.has(id)));
     this.fresh = true;
     this.draw();
     this.fresh = false;
@@ -204,7 +206,8 @@ export class TierView {
       const made = box('token', left + i * width, left + (i + 1) * width);
       made.style.setProperty('--hue', hues[lane.stream % hues.length]);
       made.textContent = nameOf(token);
-      made.title = [lane.name, ...lane.fields.map((field, k) => `${field.name}: ${token.values[k] ?? ''}`)].join('\n');
+      made.title = [lane.name, ...lane.fields.map((field, k) =>
+        `${isolatedText(field.name)}: ${isolatedText(brief(token.values[k] ?? '', longestHint))}`)].join('\n');
       this.dress(made, token.id);
       return made;
     });

@@ -27,7 +27,7 @@ public:
         const int own = m_world.StreamOfMark(m_start);
         const int other = m_random.Below(m_world.plexa.GetNumStreams());
         const int stream = Constant(m_random.OneIn(8) || own < 0 ? other : own);
-        Put(0, Noise(), stream, left, right, focus);
+        Put(0, kAny, stream, left, right, focus);
         m_used.push_back(0);
         std::sort(m_used.begin(), m_used.end());
 
@@ -42,6 +42,9 @@ public:
 private:
     static std::size_t At(int i) { return static_cast<std::size_t>(i); }
     unsigned char Noise() { return static_cast<unsigned char>(m_random.Below(256)); }
+    // A byte that nothing reads. It is filled in later, as the order in which a compiler evaluates
+    // arguments is its own: an argument list draws one number at most.
+    static constexpr int kAny = -1;
     int Streams() { return m_world.plexa.GetNumStreams(); }
 
     int NewIndex() {
@@ -52,7 +55,10 @@ private:
     }
     int Put(int index, int opcode, int b1, int b2, int b3, int b4) {
         const int bytes[] = {opcode, b1, b2, b3, b4};
-        for (int i = 0; i < 5; ++i) m_code[At(index)][At(i)] = static_cast<unsigned char>(bytes[i]);
+        for (int i = 0; i < 5; ++i) {
+            m_code[At(index)][At(i)] =
+                bytes[i] == kAny ? Noise() : static_cast<unsigned char>(bytes[i]);
+        }
         return index;
     }
     int Emit(int opcode, int b1, int b2, int b3, int b4) {
@@ -84,7 +90,7 @@ private:
                       : which == 2 ? Unknown()
                       : which == 3 ? MarkVariable()
                                    : m_world.BoundMark(m_random);
-        return Emit(Noise(), Noise(), Constant(v), Noise(), Noise());
+        return Emit(kAny, kAny, Constant(v), kAny, kAny);
     }
 
     int Value(int depth) {
@@ -96,15 +102,15 @@ private:
                                0x10000, 0x100};
             return Constant(m_random.OneIn(12) ? odd[m_random.Below(4)] : m_random.Between(-1, 3));
         }
-        if (which < 10) return Emit(16, Noise(), Value(depth - 1), Noise(), Noise());
+        if (which < 10) return Emit(16, kAny, Value(depth - 1), kAny, kAny);
         if (which < 18) {
             const int opcode = which == 17 ? 18 : which < 14 ? 17 : 19;
             const int left = Value(depth - 1);
-            return Emit(opcode, Noise(), left, Value(depth - 1), Noise());
+            return Emit(opcode, kAny, left, Value(depth - 1), kAny);
         }
         if (which == 18) return Comparison(depth - 1);
         const int body = Value(depth - 1);
-        return Emit(3, body, Noise(), m_random.Below(2), Noise());
+        return Emit(3, body, kAny, m_random.Below(2), kAny);
     }
     int Stream() {
         const int odd[] = {Streams(), 50, 51, -1};
@@ -114,7 +120,7 @@ private:
     int Comparison(int depth) {
         const int left = Value(m_random.OneIn(3) ? depth : 0);
         const int right = Value(m_random.OneIn(3) ? depth : 0);
-        return Emit(m_random.Between(26, 31), Noise(), left, right, Noise());
+        return Emit(m_random.Between(26, 31), kAny, left, right, kAny);
     }
 
     // What comes next in the sequence: nothing, something new or known, or a repetition again.
@@ -141,30 +147,32 @@ private:
         const int next = Continuation(depth);
         switch (m_random.Below(15)) {
             case 0: return Ptr();
-            case 1:
-                return Emit(33, m_random.OneIn(15) ? Unknown() : TokenVariable(), Selector(),
-                            Noise(), next);
+            case 1: {
+                const int v = m_random.OneIn(15) ? Unknown() : TokenVariable();
+                return Emit(33, v, Selector(), kAny, next);
+            }
             case 2: {
                 const int v = m_random.OneIn(3) ? m_world.BoundMark(m_random) : TokenVariable();
                 const int variable = Constant(m_random.OneIn(15) ? Unknown() : v);
-                return Emit(51 + m_random.Below(2), Noise(), variable, Selector(), next);
+                const int opcode = m_random.Between(51, 52);
+                return Emit(opcode, kAny, variable, Selector(), next);
             }
-            case 3: return Emit(35, Noise(), 0, MarkVariable(), next);
-            case 4: return Emit(36, Noise(), 0, TokenVariable(), next);
+            case 3: return Emit(35, kAny, 0, MarkVariable(), next);
+            case 4: return Emit(36, kAny, 0, TokenVariable(), next);
             case 5: {
                 const int v = TokenVariable();  // twice, so that there is something to restore
-                return Emit(36, Noise(), 0, v, Emit(36, Noise(), 0, v, next));
+                return Emit(36, kAny, 0, v, Emit(36, kAny, 0, v, next));
             }
             case 6: {
                 const int left = Value(1);
-                return Emit(38, Noise(), left, Value(1), next);
+                return Emit(38, kAny, left, Value(1), next);
             }
             case 7:
-            case 8: return Emit(32, Noise(), 0, Noise(), next);
+            case 8: return Emit(32, kAny, 0, kAny, next);
             case 9:
-            case 10: return Emit(32, Noise(), Comparison(1), Noise(), next);
-            case 11: return Emit(49, Noise(), Noise(), Noise(), next);
-            case 12: return Emit(50, Noise(), m_random.OneIn(15) ? 0 : Stream(), Noise(), next);
+            case 10: return Emit(32, kAny, Comparison(1), kAny, next);
+            case 11: return Emit(49, kAny, kAny, kAny, next);
+            case 12: return Emit(50, kAny, m_random.OneIn(15) ? 0 : Stream(), kAny, next);
             case 13: return m_random.OneIn(4) ? Value(1) : Comparison(1);
             default: return Comparison(2);
         }
@@ -175,46 +183,58 @@ private:
         if (which < 5) return Repetition(which == 4 ? 10 : 8 + which % 2, depth);
         if (which < 7) {
             const int operand = Pattern(depth);
-            return Emit(14 + which % 2, Noise(), operand, Noise(), Continuation(depth));
+            return Emit(14 + which % 2, kAny, operand, kAny, Continuation(depth));
         }
         if (which < 11) {
             const int stream = m_random.OneIn(20) ? 0 : Stream();
             const int pattern = Optional(depth);
-            return Emit(1, stream, Noise(), pattern, Continuation(depth));
+            return Emit(1, stream, kAny, pattern, Continuation(depth));
         }
         if (which < 14) {
             const int body = Pattern(depth);
-            return Emit(3, body, Noise(), m_random.OneIn(3) ? Noise() : 0, Noise());
+            return Emit(3, body, kAny, m_random.OneIn(3) ? kAny : 0, kAny);
         }
         if (which < 20) {
             const int left = Optional(depth);
             const int right = Optional(depth);
             const int opcode = which == 14 ? 4 : which == 15 ? 5 : 7;
-            return Emit(opcode, Noise(), left, right, Continuation(depth));
+            return Emit(opcode, kAny, left, right, Continuation(depth));
         }
         if (which < 22) {
             const int operand = Pattern(depth);
-            return Emit(6, Noise(), operand, Noise(), Continuation(depth));
+            return Emit(6, kAny, operand, kAny, Continuation(depth));
         }
         if (which < 24) {
             const int pattern = Pattern(depth);
-            return Emit(44 + which % 2, Noise(), pattern, Noise(), Noise());
+            return Emit(44 + which % 2, kAny, pattern, kAny, kAny);
         }
         const int opcode = 40 + which % 4;
         const int stream = opcode > 41 && m_random.OneIn(3) ? 0 : Stream();
         const int pattern = Pattern(depth);
-        return Emit(opcode, Noise(), stream, pattern, Noise());
+        return Emit(opcode, kAny, stream, pattern, kAny);
+    }
+
+    // A condition that holds where no token can be read, and consumes nothing; and back to its
+    // repetition with an anchor here, so that behind a fence it holds once.
+    int Blocked() {
+        const int field = Number(23, 0);
+        return Emit(26, kAny, field, Constant(-1), kAny);
+    }
+    int Again(int repetition) {
+        const int anchor = Emit(3, Emit(4, kAny, 0, 0, kAny), kAny, 0, kAny);
+        return Emit(7, kAny, anchor, anchor, repetition);
     }
 
     // Its operand and its continuation may lead back to it.
     int Repetition(int opcode, int depth) {
         const int index = NewIndex();
         if (opcode != 10) m_repetitions.push_back(index);
-        const int operand = Pattern(depth);
-        const int limit = opcode == 10 ? Noise() : Limit();
-        const int next = Continuation(depth);
+        const bool bOnce = opcode == 9 && m_random.OneIn(6);
+        const int operand = bOnce ? Blocked() : Pattern(depth);
+        const int limit = opcode == 10 ? kAny : Limit();
+        const int next = bOnce ? Again(index) : Continuation(depth);
         if (opcode != 10) m_repetitions.pop_back();
-        return Put(index, opcode, Noise(), operand, limit, next);
+        return Put(index, opcode, kAny, operand, limit, next);
     }
 
     // A focus that finds its first position, mostly, in whatever direction it runs.
@@ -222,12 +242,13 @@ private:
         m_start = m_world.BoundMark(m_random);
         const int start = Number(34, m_start);
         if (m_random.OneIn(12)) return m_random.OneIn(2) ? start : Pattern(4);
-        int both = m_random.OneIn(3) ? Emit(3, start, Noise(), 0, Noise()) : start;
+        int both = m_random.OneIn(3) ? Emit(3, start, kAny, 0, kAny) : start;
         // Whichever of the two comes first sets the position.
-        both = Emit(m_random.OneIn(5) ? 4 : 7, Noise(), start, both, Pattern(5));
+        const int opcode = m_random.OneIn(5) ? 4 : 7;
+        both = Emit(opcode, kAny, start, both, Pattern(5));
         if (m_random.OneIn(4)) return both;
-        return Emit(3, both, m_random.OneIn(2) ? 1 : Noise(), m_random.OneIn(3) ? Noise() : 0,
-                    Noise());
+        const int direction = m_random.OneIn(2) ? 1 : kAny;
+        return Emit(3, both, direction, m_random.OneIn(3) ? kAny : 0, kAny);
     }
 
     Random& m_random;

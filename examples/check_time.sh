@@ -44,6 +44,30 @@ check_grid() {
         }' "$1"
 }
 
+# Checks the lines of a drawing against the grid: one where a word begins or ends, the axis, and a tick
+# every 100 ms with a number every 500.
+check_drawing() {
+    local drawing=$1 grid=$2 milliseconds=$3 words
+    words=$(awk '/^        name = /{ on = $3 == "\"word\"" } on && /intervals: size = / { print $4 }' "$grid")
+    [ "$(grep -c 'stroke="#bbb"' "$drawing")" = $((words + 1)) ] || fail "$drawing: lines of words"
+    [ "$(grep -c 'stroke="#333"' "$drawing")" = $((milliseconds / 100 + 2)) ] || fail "$drawing: ticks"
+    [ "$(grep -c 'font-size="11".* s</text>' "$drawing")" = $((milliseconds / 500 + 1)) ] || fail "$drawing: numbers"
+    # Lines of words are upright, and stand where labels begin or end.
+    awk -F'"' -v tolerance=0.11 '
+        /^<rect x=/ { edges[++n] = $2; edges[++n] = $2 + $6 }
+        /stroke="#bbb"/ { guides[++m] = $2; if ($2 != $6 || $4 >= $8) exit 1 }
+        END {
+            for (i = 1; i <= m; ++i) {
+                found = 0
+                for (k = 1; k <= n; ++k) {
+                    d = guides[i] - edges[k]
+                    if (d < tolerance && d > -tolerance) found = 1
+                }
+                if (!found) exit 1
+            }
+        }' "$drawing" || fail "$drawing: a line of words stands elsewhere"
+}
+
 declare -A total
 for rate in 100 200 50; do
     mkdir -p "$folder/$rate"
@@ -55,6 +79,7 @@ for rate in 100 200 50; do
         total[$rate,$name]=$milliseconds
         drawing=$folder/$rate/$name.svg
         [ "$(grep -c '</svg>' "$drawing")" = 1 ] || fail "$drawing is no whole drawing"
+        check_drawing "$drawing" "$grid" "$milliseconds"
         if command -v xmllint >/dev/null; then xmllint --noout "$drawing"; fi
         # The factor is a whole number of thousandths, and a sum is rounded up.
         normal=${total[100,$name]}

@@ -175,7 +175,8 @@ void CMessageSocket::Send() {
         Disconnect();
         return;
     }
-    m_bAckOdd = nAck != static_cast<int>(kIntItemSize);
+    // Once is enough: pieces of two acknowledgements may come together and look like a whole one.
+    if (nAck != static_cast<int>(kIntItemSize)) m_bAckOdd = true;
 }
 
 // What is left of the latest acknowledgement would pass for that of the next packet.

@@ -4,9 +4,11 @@
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -113,10 +115,14 @@ public:
         if (m_requests < 0) throw std::runtime_error("the engine takes no requests");
         ::send(m_requests, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     }
-    /// Waits until so many acknowledgements have been sent, in whole.
+    /// Waits until so many acknowledgements have been sent and have come, in whole.
     bool AwaitAcks(int n) const {
-        for (int i = 0; m_nAcks < n && i < kMostSeconds * 1000; ++i) ::usleep(1000);
-        return m_nAcks >= n;
+        int nOnTheirWay = 1;
+        for (int i = 0; nOnTheirWay != 0 && i < kMostSeconds * 1000; ++i) {
+            if (i > 0) ::usleep(1000);
+            if (m_nAcks >= n) ::ioctl(m_reports, SIOCOUTQ, &nOnTheirWay);
+        }
+        return nOnTheirWay == 0;
     }
     void CloseRequests() { ::shutdown(m_requests, SHUT_RDWR); }
 
@@ -128,6 +134,7 @@ private:
             ::poll(&one, 1, -1);  // until there is one, or the listener is shut down
             const int reports = Accept();
             if (reports < 0) return;
+            m_reports = reports;
             Serve(reports);
             ::close(reports);
         }
@@ -207,6 +214,7 @@ private:
     Manners m_manners;
     int m_listener = -1;
     int m_port = 0;
+    std::atomic<int> m_reports{-1};
     std::atomic<int> m_requests{-1};
     std::atomic<int> m_nAcks{0};
     std::mutex m_mutex;

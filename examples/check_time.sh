@@ -52,6 +52,9 @@ check_drawing() {
     [ "$(grep -c 'stroke="#bbb"' "$drawing")" = $((words + 1)) ] || fail "$drawing: lines of words"
     [ "$(grep -c 'stroke="#333"' "$drawing")" = $((milliseconds / 100 + 2)) ] || fail "$drawing: ticks"
     [ "$(grep -c 'font-size="11".* s</text>' "$drawing")" = $((milliseconds / 500 + 1)) ] || fail "$drawing: numbers"
+    # A lane for every tier, and a box for every label.
+    [ "$(grep -c 'fill="#555"' "$drawing")" = 6 ] || fail "$drawing: names of tiers"
+    [ "$(grep -c '^<rect x=' "$drawing")" = "$(grep -c '^ *text = ' "$grid")" ] || fail "$drawing: labels"
     # Lines of words are upright, and stand where labels begin or end.
     awk -F'"' -v tolerance=0.11 '
         /^<rect x=/ { edges[++n] = $2; edges[++n] = $2 + $6 }
@@ -99,7 +102,14 @@ for arguments in "--rate 24" "--rate 401" "--rate fast" "--rate 50%" "--textgrid
     fi
     [ -s "$folder/messages" ] || fail "nothing is said of '$arguments'"
 done
+# One name, twice.
+mkdir -p "$folder/twice"
+rm -f "$folder/twice"/*
+"$transcribe" --textgrid "$folder/twice" "$sample" "$sample" "$sample" >/dev/null
 grid=$(basename "$sample" .txt)-1.TextGrid
+for again in 2 3; do
+    cmp "$folder/twice/$grid" "$folder/twice/${grid%.TextGrid}-$again.TextGrid"
+done
 mkdir -p "$folder/blocked/$grid"
 if "$transcribe" --textgrid "$folder/blocked" "$sample" >/dev/null 2>"$folder/messages"; then
     fail "a grid that cannot be written goes unnoticed"

@@ -44,6 +44,33 @@ check_grid() {
         }' "$1"
 }
 
+# Checks the lines of a drawing against the grid: one where a word begins or ends, the axis, and a tick
+# every 100 ms with a number every 500.
+check_drawing() {
+    local drawing=$1 grid=$2 milliseconds=$3 words
+    words=$(awk '/^        name = /{ on = $3 == "\"word\"" } on && /intervals: size = / { print $4 }' "$grid")
+    [ "$(grep -c 'stroke="#bbb"' "$drawing")" = $((words + 1)) ] || fail "$drawing: lines of words"
+    [ "$(grep -c 'stroke="#333"' "$drawing")" = $((milliseconds / 100 + 2)) ] || fail "$drawing: ticks"
+    [ "$(grep -c 'font-size="11".* s</text>' "$drawing")" = $((milliseconds / 500 + 1)) ] || fail "$drawing: numbers"
+    # A lane for every tier, and a box for every label.
+    [ "$(grep -c 'fill="#555"' "$drawing")" = 6 ] || fail "$drawing: names of tiers"
+    [ "$(grep -c '^<rect x=' "$drawing")" = "$(grep -c '^ *text = ' "$grid")" ] || fail "$drawing: labels"
+    # Lines of words are upright, and stand where labels begin or end.
+    awk -F'"' -v tolerance=0.11 '
+        /^<rect x=/ { edges[++n] = $2; edges[++n] = $2 + $6 }
+        /stroke="#bbb"/ { guides[++m] = $2; if ($2 != $6 || $4 >= $8) exit 1 }
+        END {
+            for (i = 1; i <= m; ++i) {
+                found = 0
+                for (k = 1; k <= n; ++k) {
+                    d = guides[i] - edges[k]
+                    if (d < tolerance && d > -tolerance) found = 1
+                }
+                if (!found) exit 1
+            }
+        }' "$drawing" || fail "$drawing: a line of words stands elsewhere"
+}
+
 declare -A total
 for rate in 100 200 50; do
     mkdir -p "$folder/$rate"
@@ -55,6 +82,7 @@ for rate in 100 200 50; do
         total[$rate,$name]=$milliseconds
         drawing=$folder/$rate/$name.svg
         [ "$(grep -c '</svg>' "$drawing")" = 1 ] || fail "$drawing is no whole drawing"
+        check_drawing "$drawing" "$grid" "$milliseconds"
         if command -v xmllint >/dev/null; then xmllint --noout "$drawing"; fi
         # The factor is a whole number of thousandths, and a sum is rounded up.
         normal=${total[100,$name]}
@@ -74,7 +102,14 @@ for arguments in "--rate 24" "--rate 401" "--rate fast" "--rate 50%" "--textgrid
     fi
     [ -s "$folder/messages" ] || fail "nothing is said of '$arguments'"
 done
+# One name, twice.
+mkdir -p "$folder/twice"
+rm -f "$folder/twice"/*
+"$transcribe" --textgrid "$folder/twice" "$sample" "$sample" "$sample" >/dev/null
 grid=$(basename "$sample" .txt)-1.TextGrid
+for again in 2 3; do
+    cmp "$folder/twice/$grid" "$folder/twice/${grid%.TextGrid}-$again.TextGrid"
+done
 mkdir -p "$folder/blocked/$grid"
 if "$transcribe" --textgrid "$folder/blocked" "$sample" >/dev/null 2>"$folder/messages"; then
     fail "a grid that cannot be written goes unnoticed"

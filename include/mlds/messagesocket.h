@@ -104,7 +104,7 @@ private:
     int m_nLength;
 
     bool m_bOwner;              // sockets and buffer are this object's own
-    bool m_bAckOdd;             // the latest acknowledgement was not just one int item
+    bool m_bAckOdd;             // an acknowledgement was not just one int item
     char* m_pLarge;             // a packet that outgrew the buffer
     std::uint32_t m_nLarge;     // its capacity
     mlds::ViewerLink* m_pLink;  // what is kept while connected

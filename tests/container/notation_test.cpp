@@ -27,10 +27,10 @@ struct Sheet : Tiers {
         own = CToken(pPhone, "i");
         own.SetFieldValue("stress", 4);
         w = First("phone")->GetNextToken();
-        for (const char* name : {"x", kLongMark.c_str(), kLongMark.c_str() + 1})
-            list.AddSyncMarkPtr(name, &x);
         for (const char* name : {"v", kLongToken.c_str(), kLongToken.c_str() + 1})
             list.AddTokenPtr(name, &v);
+        for (const char* name : {"x", kLongMark.c_str(), kLongMark.c_str() + 1})
+            list.AddSyncMarkPtr(name, &x);
         list.AddSyncMarkPtrPtr("y", &y);
         list.AddTokenPtr("w", &w);
         list.AddTokenPtr("n", &n);

@@ -143,6 +143,8 @@ TEST(Variables, AssignedListsShareDuplicates) {
     for (const bool bOtherContainer : {false, true}) {
         Rule r, other;
         std::optional<CVarList> list(bOtherContainer ? &other.t.plexa : &r.t.plexa);
+        *list = other.list;  // without duplicates
+        *list = CVarList(bOtherContainer ? &other.t.plexa : &r.t.plexa);
         list->AddTokenPtr("own", &other.v);
         list->SetTokenPtr(0, other.v);
         list->SetFence("p");

@@ -155,6 +155,15 @@ TEST_F(CoreTest, SearchesCountAsWork) {
     EXPECT_TRUE(m_tiers.plexa.Context(pWord, m_x, sdRight) != nullptr) << "outside a test, as long";
 }
 
+TEST_F(CoreTest, LongRepetitionsHaveRoomOnTheStack) {
+    std::string picture = "||";
+    for (int i = 0; i < 1000; ++i) picture += "t|";
+    mlds_test::Fill(m_tiers["inp"], picture + "|");
+    m_x = m_tiers.MarkAt("inp.0");
+    EXPECT_TRUE(Test(Adj(Ptr(x), Stars(Any(), 0, AssignPtr(y)))));
+    EXPECT_EQ(Where(m_y), "inp.1000");
+}
+
 TEST_F(CoreTest, AnObserverMayThrow) {
     struct Thrower : CPlexaTestObserver {
         void BeforeInstruction(const CPlexaTestStep& step) override {

@@ -12,7 +12,8 @@ TEST_F(ValuesTest, ArithmeticWrapsAndDivisionTruncates) {
     const auto is = [&](int value, int expected) { return Eq(value, Int(expected)); };
     Check({{"inp.0", is(Negate(Int(5)), -5), "inp.0"},
            {"inp.0", is(Negate(Int(INT_MIN)), INT_MIN), "inp.0"},
-           {"inp.0", is(Mult(Int(65536), Int(65536)), 0), "inp.0"},
+           {"inp.0", is(Mult(Int(65536), Int(65537)), 65536), "inp.0"},
+           {"inp.0", is(Mult(Int(-3), Int(7)), -21), "inp.0"},
            {"inp.0", is(Add(Int(INT_MAX), Int(1)), INT_MIN), "inp.0"},
            {"inp.0", is(Div(Int(-7), Int(2)), -3), "inp.0"},
            {"inp.0", is(Add(Int(1, 2), Int(1, 24)), 2), "inp.0"},  // three names of a constant

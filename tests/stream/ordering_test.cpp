@@ -149,6 +149,24 @@ TEST(Ordering, FollowsTheStraightforwardRule) {
     }
 }
 
+// Beside a mark of another stream, a section gets its indices from the chain in which it lies.
+TEST(Ordering, ASectionBesideAStrangerIsNumberedWithItsChain) {
+    Tiers t{{"p", "||a|b|c||"}, {"q"}};
+    CStream* pStream = t["p"];
+    CStreamObj *pFirst = nullptr, *pLast = nullptr;
+    ASSERT_TRUE(
+        pStream->ExciseSection(t.Mark("p", 0), t.Mark("p", 1), &pFirst, &pLast, bsmKeepBoth));
+    CSyncMark* pStranger = t.plexa.CreateSyncMark(t["q"]);
+    pStranger->LinkBetween(t.Token("p", 1), t.Mark("p", 3));
+    CSyncMark* pRight = t.Mark("p", 4);
+    ASSERT_TRUE(pStream->InsertSection(pFirst, pLast, nullptr, &pRight));
+    EXPECT_EQ(t.Picture("p"), "|||b|c|a||");
+    const std::vector<CStreamObj*> chain = Chain(pStream);
+    for (std::uint32_t k = 1; k + 1 < chain.size(); ++k) {
+        EXPECT_EQ(chain[k]->GetOrderIndex(), k * (0xFFFFFFFFu / (chain.size() - 1 + 10))) << k;
+    }
+}
+
 // What is copied while a numbering is put off carries its index all the same.
 TEST(Ordering, CopiesCarryTheirIndex) {
     Tiers t{{"a", "||x|y||"}, {"b"}};

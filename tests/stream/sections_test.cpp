@@ -310,6 +310,7 @@ TEST(Sections, AreComparedByTheirTokens) {
     EXPECT_TRUE(equal(0, 3, 11, -1)) << "behind the last token of the stream anything fits";
     EXPECT_FALSE(equal(11, -1, 0, 3));
     EXPECT_FALSE(equal(9, -1, 0, 3));
+    EXPECT_TRUE(equal(9, -1, 0, 2) && equal(-1, 2, 4, 7) && equal(4, 7, -1, 2));
     EXPECT_FALSE(equal(-1, -1, 0, 3));
     EXPECT_FALSE(equal(0, 3, -1, -1));
     EXPECT_FALSE(pStream->CompareSection(t.Mark("p", 0), t.Mark("q", 1), nullptr, t.Mark("p", 0)))

@@ -121,6 +121,7 @@ TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
         {"Eq %inp.f 'x'", "3:14: error: expected a number"},
         {"Eq %phone.both 'y'", "3:19: error: expected a number, as this is value 1 and set 0"},
         {"Eq 1 'c'", "3:9: error: expected %stream.field:value"},
+        {"Star p limit q\nq: ParentPtr $seen", "3:17: error: expected a mark variable"},
         {"Star p limit p", "3:17: error: expected an instruction with a constant"},
         {"Div 1 0", "3:10: error: expected a divisor that is not 0"},
         {"StarsNoBkup p then p", "3:16: error: expected a pattern that moves"},
@@ -152,6 +153,24 @@ TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
     EXPECT_EQ(Assembler().Assemble("stream inp\n" + two, "t").diagnostics().Text(),
               "t:4:8: error: expected declarations of variables, in a schema (--schema) or before "
               "the first test, found ^c\n");
+    // Without declared names, a variable's number must fit into its bytes. A focus needs a Ptr.
+    const auto said = [](const std::string& x) {
+        const std::string text = "stream s\ntest t %s\nfocus x\nx: " + x + "\nend";
+        return Assembler().Assemble(text, "t").diagnostics().Text();
+    };
+    for (const char* x :
+         {"ParentPtr 255", "ParentPtr 65535", "Adj a b\na: Ptr 2147483647\nb: Tok 255",
+          "Adj a b\na: Ptr 1\nb: AssignTok 65535"}) {
+        EXPECT_EQ(said(x), "") << x;
+    }
+    for (const char* x :
+         {"Tok 256", "Tok -1", "AssignTok 65536", "ParentPtr 65536", "AssignPtr 65536"}) {
+        EXPECT_THAT(said(x), HasSubstr("t:4:")) << x;
+        EXPECT_THAT(said(x), HasSubstr(" error: expected a")) << x;
+    }
+    for (const char* x : {"Tok 255", "AngleBrkt"}) {
+        EXPECT_THAT(said(x), HasSubstr("t:3:7: warning: expected a Ptr in the focus")) << x;
+    }
     std::string longest = "test t %inp\nfocus p\np: Ptr ^c\n";
     for (int i = 0; i < 253; ++i) longest += "AngleBrkt\n";
     EXPECT_EQ(Assembler(Names()).Assemble(longest + "end", "t").size(), 256);

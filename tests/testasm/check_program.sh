@@ -8,7 +8,8 @@ mkdir -p "$dir"
 cd "$dir"
 
 printf 'stream inp\nfield name char\nvariable ^at\n' >names.txt
-printf 'test t %%inp\nfocus p\np: Ptr ^at\nend\n' >good.mta
+printf 'test t %%inp\nfocus f\nf: Adj p q\np: Ptr ^at\nq: Eq %%inp.name 97\nend\n' >good.mta
+printf 'stream inp\nfield name nosuchtype\n' >badnames.txt
 sed 's/\^at/^to/' good.mta >bad.mta
 
 expect() {
@@ -22,13 +23,15 @@ expect --version
 [ "$(cat out.txt)" = "mlds-testasm $version" ]
 expect good.mta --schema names.txt --output good.bin
 expect good.bin --schema names.txt --disassemble
+grep -q "'a'" out.txt # what a number is compared with gives it its name
 cp out.txt again.mta
 expect again.mta --schema names.txt --output again.bin
 cmp good.bin again.bin
 wanted=1
 expect bad.mta --schema names.txt --check
-grep -q '^bad.mta:3:8: error: expected a mark variable that is declared, found ^to$' errors.txt
+grep -q '^bad.mta:4:8: error: expected a mark variable that is declared, found ^to$' errors.txt
 expect good.mta --disassemble
+expect good.mta --schema badnames.txt --check
 wanted=2
 expect good.mta
 expect missing.mta --list

@@ -117,10 +117,14 @@ public:
         if (m_requests < 0) throw std::runtime_error("the engine takes no requests");
         ::send(m_requests, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     }
-    /// Waits until so many acknowledgements have been sent, in whole.
+    /// Waits until so many acknowledgements have been sent and have come, in whole.
     bool AwaitAcks(int n) const {
-        for (int i = 0; m_nAcks < n && i < kMostSeconds * 1000; ++i) ::usleep(1000);
-        return m_nAcks >= n;
+        int nOnTheirWay = 1;
+        for (int i = 0; nOnTheirWay != 0 && i < kMostSeconds * 1000; ++i) {
+            if (i > 0) ::usleep(1000);
+            if (m_nAcks >= n) ::ioctl(m_reports, SIOCOUTQ, &nOnTheirWay);
+        }
+        return nOnTheirWay == 0;
     }
     /// Goes, as a viewer does that is closed. Another takes its place.
     void Leave() { ::shutdown(m_reports, SHUT_RDWR); }
@@ -178,12 +182,6 @@ private:
         for (const Bytes& ack : m_manners.acks) {
             if (&ack != m_manners.acks.data()) ::usleep(2000);
             ::send(s, ack.data(), ack.size(), MSG_NOSIGNAL);
-        }
-        // A busy machine delivers late: what counts as sent is what the engine could read by now.
-        int nOnTheWay = 1;
-        for (int i = 0; nOnTheWay > 0 && i < 500; ++i) {
-            if (::ioctl(s, SIOCOUTQ, &nOnTheWay) != 0) break;
-            if (nOnTheWay > 0) ::usleep(1000);
         }
         ++m_nAcks;
     }

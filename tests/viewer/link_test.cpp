@@ -1,6 +1,7 @@
 // The link to the viewer: what is reported in which words, requests, and viewers that misbehave.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <netdb.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/time.h>
@@ -167,6 +168,10 @@ TEST(Link, CarriesOutRequests) {
     EXPECT_EQ(l.pToken->GetFieldValueIndex(3), 2) << "not the bits of a float";
     EXPECT_EQ(edit(" 0X4 0 0 1 low more"), "|a|low|-17|2.");
     EXPECT_EQ(edit("4 0 0 0 b"), "|b|low|-17|2.");
+    l.t.plexa.InsertString(l.pStream, "aa", l.t.Mark("p", 1), l.t.Mark("p", 1));
+    EXPECT_EQ(l.viewer.Take()[3], "1003 1 0x0000000a  0 0x0000000b 0 |a|high|0|0.");
+    EXPECT_EQ(edit("0xB 0 0 2 10"), "|a|high|10|0.");
+    EXPECT_EQ(edit("0x0b 0 0 2 11"), "|a|high|11|0.");
     for (const char* ignored :
          {"4 1 0 2 3", "3 0 0 2 3", "3 1 0 2 3", "99 0 0 2 3", "0 0 0 2 3", "4 0 0 4 3",
           "4 0 0 -1 3", "4 0 0 2", "4 0 0 x 3", "zz 0 0 2 3", "100000004 0 0 2 3", "4 0 0 3 1e10",
@@ -520,6 +525,7 @@ TEST(Link, OutlivesWhatItTellsOf) {
         EXPECT_FALSE(copy.StartMessageEngine());
         copy.sendMessage("from a copy");
         pHeld = l.pStream->RemoveStreamObj(l.pToken, false);
+        *static_cast<CToken*>(pHeld) = CToken(l.t["q"], "z");  // loses its handle
         CVarList list(&l.t.plexa);
         CToken* pOther = copied["p"]->CreateToken("x");
         list.AddTokenPtr("other", &pOther);  // of another container
@@ -546,6 +552,19 @@ TEST(MessageSocket, BuildsAndReadsPackets) {
     s = copy;
     s << 2ul;
     EXPECT_FALSE(copy.Connect());
+    FakeViewer viewer;
+    ConfigFolder folder(viewer.Config());
+    CMessageSocket linked;
+    EXPECT_TRUE(linked.Connect());
+    linked.ResetBuff();
+    std::uint32_t code = 1013;
+    linked.AppendPacket(3, &code, 4);
+    linked.AppendPacket(8, text, -1);
+    linked.AppendPacket(8, nullptr, 3);
+    char told[] = "told as it is";
+    linked.AppendPacket(8, told, 4);
+    linked.Send();
+    EXPECT_EQ(viewer.Take().back(), "1013 told");
 }
 
 TEST(MessageSocket, KnowsAddresses) {
@@ -565,7 +584,12 @@ TEST(MessageSocket, KnowsAddresses) {
     EXPECT_EQ(CMessageSocket::GetHostName(name, 256), name);
     EXPECT_EQ(CMessageSocket::GetHostName(name, 1), nullptr);
     EXPECT_EQ(CMessageSocket::GetHostName(nullptr, 9), nullptr);
-    EXPECT_EQ(CMessageSocket::GetNumAddresses() > 0, CMessageSocket::uGetLocalIP() != 0);
+    int nAddresses = 0;
+    if (const hostent* pHost = ::gethostbyname(name)) {
+        while (pHost->h_addr_list[nAddresses] != nullptr) ++nAddresses;
+    }
+    EXPECT_EQ(CMessageSocket::GetNumAddresses(), nAddresses);
+    EXPECT_EQ(nAddresses > 0, CMessageSocket::uGetLocalIP() != 0);
     EXPECT_EQ(CMessageSocket::InitSockets_1_1(), 1);
     CMessageSocket::RemoveSockets();
     const char* localhost = CMessageSocket::GetHostName(htonl(INADDR_LOOPBACK));

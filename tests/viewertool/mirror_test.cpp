@@ -233,11 +233,17 @@ TEST(Mirror, StaysWholeWhateverItIsTold) {
     EXPECT_EQ(mirror.GroupOf(1), (std::map<int, Id>{{0, 1}})) << "after a place named twice";
     tell(mlds::msgText, "resetplexa");
     EXPECT_EQ(mirror.Chain(0).size(), 2u) << "its ends";
+    tell(mlds::msgStream, "  1   2 q|x 1  ");
+    EXPECT_EQ(mirror.streams()[1].fields[1].name, "field 1") << "without its number of values";
+    tell(mlds::msgLanguage, "3.4");
+    tell(mlds::msgFullDump, "");
+    EXPECT_EQ(mirror.nObjects() + mirror.streams().size(), 0u) << "all is told anew";
 }
 
 TEST(Mirror, IsKeptAsItWasAfterEachMessage) {
     Journal journal({.nEntries = 2000});
     const auto at = [&](std::size_t number) { return TextOf(*Rebuild(journal.ExcerptAt(number))); };
+    EXPECT_EQ(journal.shown() + journal.last(), 0u);
     std::vector<std::string> texts{""};
     journal.Add({mlds::msgStream, "  0   1 p"});
     texts.push_back(TextOf(journal.now()));

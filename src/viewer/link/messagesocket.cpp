@@ -192,7 +192,8 @@ bool CMessageSocket::Exchange(const Deadline& deadline) {
     if (m_bAckOdd) DropLateBytes();
     if (send(m_sendSocket, Buffer(), n, deadline) != n) return false;
     const int nAck = recv(m_sendSocket, Buffer(), kBufferSize, deadline);
-    m_bAckOdd = nAck != static_cast<int>(kIntItemSize);
+    // Once is enough: pieces of two acknowledgements may come together and look like a whole one.
+    if (nAck != static_cast<int>(kIntItemSize)) m_bAckOdd = true;
     return nAck > 0;
 }
 

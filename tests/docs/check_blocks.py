@@ -15,6 +15,7 @@ The info string behind the fence says what a block is:
   mta      a file of rule tests; the commands of the page find it as rules.mta
   listing  what mlds-testasm --list makes of the page's rules.mta
   schema   declarations that mlds-testasm has to accept
+  cmake    lines that stand in the program that tests/install builds, whatever the target is called
   tiers    rows that transcribe prints for the text in the row RawInput
 
 Anything else is a failure, so that no block goes without a check."""
@@ -44,6 +45,8 @@ NOT_RUN = {
     'mlds-viewer\ntranscribe --step text.txt':
         'wait for people; tests/viewertool and examples/check_view.sh run them',
 }
+
+KINDS = ('output', 'mta', 'listing', 'schema', 'cmake', 'tiers')  # beside those that print
 
 SECONDS = 20  # for one program or the commands of one block
 COMPILE_SECONDS = 120
@@ -234,6 +237,8 @@ class Checker:
                 self.check_command(block, {block: block}, root, 'mlds-testasm rules.mta --list')
             elif block.kind == 'schema':
                 self.check_schema(block, root)
+            elif block.kind == 'cmake':
+                self.check_cmake(block)
             elif block.kind == 'tiers':
                 self.check_tiers(block, root)
 
@@ -253,6 +258,17 @@ class Checker:
                                 root)
         if printed is None or 'AngleBrkt' not in printed:
             self.failures.add(block, why)
+
+    def check_cmake(self, block):
+        def lines(text):
+            text = re.sub(r'(target_link_libraries)\(\w+', r'\1(TARGET', re.sub('#.*', '', text))
+            return [line.strip() for line in text.split('\n') if line.strip()]
+        path = os.path.join(self.options.source, 'tests', 'install', 'consumer', 'CMakeLists.txt')
+        with open(path, encoding='utf-8') as file:
+            built = lines(file.read())
+        for line in lines(block.text):
+            if line not in built:
+                self.failures.add(block, 'tests/install builds nothing with ' + line)
 
     def check_tiers(self, block, root):
         rows = block.text.rstrip('\n').split('\n')
@@ -281,7 +297,7 @@ def check_page(checker, page, failures):
     for block in blocks:
         if block.kind == 'output' and block not in shown:
             failures.add(block, 'output of nothing')
-        elif block.kind not in printing + ('output', 'mta', 'listing', 'schema', 'tiers'):
+        elif block.kind not in printing + KINDS:
             failures.add(block, 'nobody knows how to check a block of kind "%s"' % block.kind)
     checker.check_cpp(page, [block for block in blocks if block.kind == 'cpp'], following)
     checker.check_commands(page, [block for block in blocks if block.kind != 'cpp'], following)

@@ -1,12 +1,11 @@
 // First steps with mlds: three tiers, text in them, a rule with its test and its edit, a picture.
 #include <mlds/mlds.h>
+#include <mlds/testasm/plexaschema.h>
+#include <mlds/testasm/testasm.h>
 
 #include <cstdio>
 #include <initializer_list>
 #include <string>
-
-#include "mlds/testasm/plexaschema.h"
-#include "mlds/testasm/testasm.h"
 
 // When the rule applies: to an s with a vowel on either side. Both contexts begin behind the s, so
 // that to the left it comes first, as a token that may be any.

@@ -18,6 +18,7 @@
 #include "durations.h"
 #include "latin1.h"
 #include "letterrules.h"
+#include "mlds/version.h"
 #include "picture.h"
 #include "tiers.h"
 #include "timefiles.h"
@@ -52,6 +53,7 @@ Without FILE, or where FILE is -, reads standard input.
   -v, --view    let a viewer watch: one that runs here, or where plexaview.cfg says
       --step    the same, and wait for Enter after every rule and every stream
   -h, --help    print this help and exit
+      --version print the version and exit
 
 The exit status is 0 if everything was transcribed, 1 if a file or a line was skipped or the rules are
 faulty, and 2 if the
@@ -196,24 +198,20 @@ bool ReadRate(std::string_view text, int& rate) {
 
 bool IsFolder(const std::string& path) {
     if (std::filesystem::is_directory(path)) return true;
-    std::cerr << "transcribe: '" << path << "' is no folder\n";
+    std::cerr << "transcribe: '" << mlds_testasm::Shortened(path) << "' is no folder\n";
     return false;
 }
 
-// False if the command line is wrong, which is then said.
-bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
-    enum { kStep = 1000, kStrict, kRules };
-    const option options[] = {{"phones", no_argument, nullptr, 'p'},
-                              {"rate", required_argument, nullptr, 'r'},
-                              {"textgrid", required_argument, nullptr, 'g'},
-                              {"svg", required_argument, nullptr, 's'},
-                              {"trace", no_argument, nullptr, 't'},
-                              {"view", no_argument, nullptr, 'v'},
-                              {"step", no_argument, nullptr, kStep},
-                              {"strict", no_argument, nullptr, kStrict},
-                              {"rules", required_argument, nullptr, kRules},
-                              {"help", no_argument, nullptr, 'h'},
-                              {}};
+// False if the command line is wrong, which is then said. An answer is all that was asked for.
+bool ReadOptions(int argc, char** argv, Options& read, std::string& answer) {
+    enum { kStep = 1000, kStrict, kRules, kVersion };
+    const option options[] = {
+        {"phones", no_argument, nullptr, 'p'},         {"rate", required_argument, nullptr, 'r'},
+        {"textgrid", required_argument, nullptr, 'g'}, {"svg", required_argument, nullptr, 's'},
+        {"trace", no_argument, nullptr, 't'},          {"view", no_argument, nullptr, 'v'},
+        {"step", no_argument, nullptr, kStep},         {"strict", no_argument, nullptr, kStrict},
+        {"rules", required_argument, nullptr, kRules}, {"help", no_argument, nullptr, 'h'},
+        {"version", no_argument, nullptr, kVersion},   {}};
     for (int c = 0; (c = getopt_long(argc, argv, "pr:g:s:tvh", options, nullptr)) != -1;) {
         switch (c) {
             case 'p': read.bPhones = true; break;
@@ -222,7 +220,8 @@ bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
             case 'v': read.bView = true; break;
             case kStrict: read.bStrict = true; break;
             case kRules: read.rules = optarg; break;
-            case 'h': bHelp = true; return true;
+            case 'h': answer = kUsage; return true;
+            case kVersion: answer = "transcribe " MLDS_VERSION "\n"; return true;
             case 'r':
                 if (ReadRate(optarg, read.rate)) break;
                 std::cerr << "transcribe: '" << mlds_testasm::Shortened(optarg)
@@ -243,18 +242,24 @@ bool ReadOptions(int argc, char** argv, Options& read, bool& bHelp) {
     return true;
 }
 
+bool FlushOutput() {
+    if (std::cout.flush()) return true;
+    std::cerr << "transcribe: the output could not be written\n";
+    return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
     Options options;
-    bool bHelp = false;
-    if (!ReadOptions(argc, argv, options, bHelp)) {
+    std::string answer;
+    if (!ReadOptions(argc, argv, options, answer)) {
         std::cerr << "Try 'transcribe --help'.\n";
         return 2;
     }
-    if (bHelp) {
-        std::cout << kUsage;
-        return 0;
+    if (!answer.empty()) {
+        std::cout << answer;
+        return FlushOutput() ? 0 : 1;
     }
     std::vector<const char*> paths(argv + optind, argv + argc);
     if (paths.empty()) paths.push_back("-");
@@ -274,11 +279,7 @@ int main(int argc, char** argv) try {
     Program program(options, keys);
     bool bAll = true;
     for (const char* path : paths) bAll &= program.TranscribeFile(path);
-    if (!std::cout.flush()) {
-        std::cerr << "transcribe: the output could not be written\n";
-        return 1;
-    }
-    return bAll ? 0 : 1;
+    return FlushOutput() && bAll ? 0 : 1;
 } catch (const transcribe::RulesError& e) {
     std::cerr << e.what();
     return 1;

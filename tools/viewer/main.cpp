@@ -12,6 +12,7 @@
 
 #include "commands.h"
 #include "engineserver.h"
+#include "mlds/version.h"
 #include "printer.h"
 #include "report/messages.h"
 #include "terminal.h"
@@ -36,6 +37,7 @@ Commands on standard input: try help.
   -l, --log               print every message in words
   -q, --quiet             do not print the streams when they change
   -h, --help              print this help and exit
+      --version           print the version and exit
 
 The exit status is 0 after quit, 1 if it cannot listen, and 2 if the command line was wrong.
 )";
@@ -55,6 +57,7 @@ struct Options {
     bool bLog = false;
     bool bQuiet = false;
     bool bHelp = false;
+    bool bVersion = false;
 };
 
 std::size_t Columns() {
@@ -193,7 +196,7 @@ bool IsAllowed(const std::string& host, bool bPublic) {
 
 // False if the command line is wrong, which is then said.
 bool ReadOptions(int argc, char** argv, Options& read) {
-    constexpr int kPublic = 1000;
+    enum { kPublic = 1000, kVersion };
     const option options[] = {{"host", required_argument, nullptr, 'H'},
                               {"port", required_argument, nullptr, 'p'},
                               {"web-host", required_argument, nullptr, 'W'},
@@ -203,6 +206,7 @@ bool ReadOptions(int argc, char** argv, Options& read) {
                               {"log", no_argument, nullptr, 'l'},
                               {"quiet", no_argument, nullptr, 'q'},
                               {"help", no_argument, nullptr, 'h'},
+                              {"version", no_argument, nullptr, kVersion},
                               {}};
     for (int c = 0; (c = getopt_long(argc, argv, "H:p:W:w:nlqh", options, nullptr)) != -1;) {
         switch (c) {
@@ -219,6 +223,7 @@ bool ReadOptions(int argc, char** argv, Options& read) {
             case 'l': read.bLog = true; break;
             case 'q': read.bQuiet = true; break;
             case 'h': read.bHelp = true; return true;
+            case kVersion: read.bVersion = true; return true;
             default: return false;
         }
     }
@@ -240,6 +245,10 @@ int main(int argc, char** argv) try {
     }
     if (options.bHelp) {
         std::cout << kUsage;
+        return 0;
+    }
+    if (options.bVersion) {
+        std::cout << "mlds-viewer " MLDS_VERSION "\n";
         return 0;
     }
     // Nobody reads what is printed any more: the page may still be looked at.

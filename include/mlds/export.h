@@ -32,17 +32,18 @@ class CToken;
 class CVarList;
 
 namespace mlds {
-struct Internals;           // the library's own doors to private members: for reading,
-struct PlaceAccess;         // for where objects lie,
-struct FieldAccess;         // for what fields remember,
-struct ListAccess;          // for variable lists and fences,
-struct ConversationAccess;  // for the connections to a viewer,
-struct HandleAccess;        // and for the table of handles
-class OrderNumbering;       // how a stream numbers its objects
-struct SyncTable;           // what the members of a synchrony group share
-struct ViewerLink;          // what is kept for a connected viewer
-struct FieldSlots;          // a token's field values
-struct DerivedValues;       // a field's values by name value
+struct Internals;    // the library's own doors to private members: for reading,
+struct PlaceAccess;  // for where objects lie,
+struct FieldAccess;  // for what fields remember,
+struct ListAccess;   // for variable lists and fences,
+struct ConversationAccess;
+class Attempt;         // for the connections to a viewer,
+struct HandleAccess;   // and for the table of handles
+class OrderNumbering;  // how a stream numbers its objects
+struct SyncTable;      // what the members of a synchrony group share
+struct ViewerLink;     // what is kept for a connected viewer
+struct FieldSlots;     // a token's field values
+struct DerivedValues;  // a field's values by name value
 }  // namespace mlds
 
 #endif

@@ -242,6 +242,12 @@ public:
     bool SetDuration(CStream* pStream, CSyncMark* pLeft, CSyncMark* pRight, int newDuration);
     bool SetDuration(CSyncMark* pLeft, CSyncMark* pRight, int newDuration);
 
+    /// What the latest notation or edit of this container (InsertString, Mark, SetDuration, the
+    /// insertions, deletions and projections) refused, and why: "character 7: the stream has no
+    /// field \"strss\"". Characters count from 1. Empty if it refused nothing. Some calls answer
+    /// true though they left something out: this tells. Valid until the next such call.
+    const char* LastError();
+
     /// Puts a list on top of the stack, or null for none; a list of another container counts as
     /// null. An entry beyond 1024 is refused. The live fences stay as they are.
     void PushVarListStack(CVarList* pVarList);
@@ -284,9 +290,11 @@ private:
     friend struct mlds::Internals;
     friend struct mlds::ListAccess;
     friend struct mlds::ConversationAccess;
+    friend class mlds::Attempt;
 
     static constexpr int kMaxStreams = 50;
     static constexpr int kMaxVarLists = 1024;
+    static constexpr int kMaxName = 50;
 
     struct Rank {
         int nStream;
@@ -334,6 +342,13 @@ private:
     CSyncMark** m_ppWorkStack;     // for one search at a time
     CVarList* m_pFirstVarList;     // every list of this container, stacked or not
     std::uint64_t m_nSearchSteps;  // that searches may still take
+
+    // What was refused, see src/container/attempt.h.
+    const char* m_szRefusal;  // null if nothing was
+    char m_szRefusedPart[kMaxName + 2];
+    char m_szLastError[160];
+    int m_nRefusedAt;  // offset in the text, -1 where it is about none
+    int m_nAttempts;   // calls running inside each other
 };
 
 #endif

@@ -1,4 +1,5 @@
 // Durations: the sum of field 0 over the tokens between two marks, and its rescaling.
+#include "container/attempt.h"
 #include "container/tokenrange.h"
 
 using mlds::Internals;
@@ -42,12 +43,19 @@ bool CPlexa::SetDuration(CStream* pTime, CSyncMark* pLeft, CSyncMark* pRight, in
     constexpr std::int64_t kThousand = 1000;
     TokenRange range;
     std::int32_t old = 0;
-    if (!IsTimeStream(this, pTime) || !range.Find(this, pTime, pLeft, pRight)) return false;
-    if (!Sum(range, old) || old == 0 || !FitsInInt(newDuration * kThousand)) return false;
+    mlds::Attempt attempt(this);
+    if (!IsTimeStream(this, pTime)) {
+        return attempt.Refuse("the stream is none of this container whose field 0 is a number");
+    }
+    if (!range.Find(this, pTime, pLeft, pRight)) return attempt.Refuse(mlds::kNoCounterpart);
+    if (!Sum(range, old)) return attempt.Refuse(mlds::kNoPlace);
+    if (old == 0) return attempt.Refuse("the duration is 0");
+    constexpr const char* kTooLong = "a duration in thousandths would not fit into 32 bits";
+    if (!FitsInInt(newDuration * kThousand)) return attempt.Refuse(kTooLong);
     const std::int64_t scale = newDuration * kThousand / old;
     bool bFits = true;
     range.ForEach([&](CToken* p) { bFits = bFits && FitsInInt(p->GetFieldValueIndex(0) * scale); });
-    if (!bFits) return false;
+    if (!bFits) return attempt.Refuse(kTooLong);
     // What the divisions leave over is rounded up as soon as it comes to anything, so that the new
     // values add up to the scaled sum, rounded up.
     std::int64_t carry = 0;

@@ -1,4 +1,5 @@
 // Insertion of objects between marks.
+#include "container/attempt.h"
 #include "container/placing.h"
 #include "internals.h"
 
@@ -37,56 +38,71 @@ CStreamObj* LeftPlaceFor(CStreamObj* pObj, CStream* pStream, CSyncMark* pRight) 
 
 bool CPlexa::InsertStreamObject(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
                                 CStreamObj* pObj) {
-    if (!mlds::BelongsTo(this, pInto) || !mlds::IsInsertable(this, pObj)) return false;
+    mlds::Attempt attempt(this,
+                          "CPlexa::InsertStreamObject(CStream * pStream, CSyncMark * pLeft, "
+                          "CSyncMark * pRight, CStreamObj * pObj)");
+    if (!mlds::BelongsTo(this, pInto)) return attempt.Refuse(mlds::kNoStream);
+    if (!mlds::IsInsertable(this, pObj)) return attempt.Refuse(mlds::kNotInsertable);
     Bounds bounds;
-    if (!bounds.Carry(this, pInto, pLeft, pRight)) return false;
+    if (!bounds.Carry(this, pInto, pLeft, pRight)) return attempt.Refuse(mlds::kNotCarried);
     CStreamObj* pFrom = bounds.pLeft;
     CStreamObj* pTo = bounds.pRight;
     if (pFrom != nullptr && pTo != nullptr && pFrom != pTo) {
-        if (!mlds::LiesRightOf(bounds.pRight, bounds.pLeft)) return false;
+        if (!mlds::LiesRightOf(bounds.pRight, bounds.pLeft)) return attempt.Refuse(mlds::kNoPlace);
         DelayMessageDisplay(true);
         mlds::RemoveBetween(pInto, bounds.pLeft, bounds.pRight);
         DelayMessageDisplay(false);
     } else if (pFrom != nullptr && pTo == nullptr) {
         pTo = RightPlaceFor(pObj, pInto, bounds.pLeft);
-        if (pTo == nullptr && Internals::Next(pFrom) != nullptr) return false;  // out of memory
+        if (pTo == nullptr && Internals::Next(pFrom) != nullptr) {
+            return attempt.Refuse(mlds::kOutOfMemory);
+        }
     } else if (pFrom == nullptr && pTo != nullptr) {
         pFrom = LeftPlaceFor(pObj, pInto, bounds.pRight);
-        if (pFrom == nullptr && Internals::Prev(pTo) != nullptr) return false;
+        if (pFrom == nullptr && Internals::Prev(pTo) != nullptr) {
+            return attempt.Refuse(mlds::kOutOfMemory);
+        }
     }
     // The object goes in only between two places that were found; a refusal still counts as done.
-    if (pFrom != nullptr && pTo != nullptr) pInto->InsertStreamObj(pObj, pFrom, pTo);
+    if (pFrom == nullptr || pTo == nullptr || !pInto->InsertStreamObj(pObj, pFrom, pTo)) {
+        attempt.Refuse(mlds::kNotPlaced);
+    }
     RankPopulatedStreams();
     return true;
 }
 
 bool CPlexa::InsertStreamObjects(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
                                  CStreamObj** objs, int count) {
-    if (!mlds::BelongsTo(this, pInto) || (objs == nullptr && count > 0)) return false;
-    if (!AreInsertable(this, objs, count)) return false;
-    if (pLeft == nullptr && pRight == nullptr && count > 0) return false;
+    mlds::Attempt attempt(this,
+                          "CPlexa::InsertStreamObjects(CStream * pStream, CSyncMark * pLeft, "
+                          "CSyncMark * pRight, CStreamObj ** objs, int count)");
+    if (!mlds::BelongsTo(this, pInto)) return attempt.Refuse(mlds::kNoStream);
+    if ((objs == nullptr && count > 0) || !AreInsertable(this, objs, count)) {
+        return attempt.Refuse(mlds::kNotInsertable);
+    }
+    if (pLeft == nullptr && pRight == nullptr && count > 0) return attempt.Refuse(mlds::kNoBounds);
     Bounds bounds;
-    if (!bounds.Carry(this, pInto, pLeft, pRight)) return false;
+    if (!bounds.Carry(this, pInto, pLeft, pRight)) return attempt.Refuse(mlds::kNotCarried);
     CSyncMark*& pFrom = bounds.pLeft;
     CSyncMark*& pTo = bounds.pRight;
     if (pFrom != nullptr && pFrom == pTo) {
         if (count <= 0) return true;
         pTo = mlds::InsertNewMark(pInto, pFrom, nullptr);
-        if (pTo == nullptr) return false;
+        if (pTo == nullptr) return attempt.Refuse(mlds::kNoRoom);
     } else if (pFrom != nullptr && pTo != nullptr) {
-        if (!mlds::RemoveBetween(pInto, pFrom, pTo)) return false;
+        if (!mlds::RemoveBetween(pInto, pFrom, pTo)) return attempt.Refuse(mlds::kNoPlace);
     } else if (pFrom != nullptr) {
         pTo = mlds::MarkRightOf(pInto, pFrom);
-        if (pTo == nullptr) return false;
+        if (pTo == nullptr) return attempt.Refuse(mlds::kNoRoom);
     } else if (pTo != nullptr) {
         pFrom = mlds::MarkLeftOf(pInto, pTo);
-        if (pFrom == nullptr) return false;
+        if (pFrom == nullptr) return attempt.Refuse(mlds::kNoRoom);
     }
     DelayMessageDisplay(true);
     const bool bDone = InsertList(pInto, pFrom, pTo, objs, count);
     DelayMessageDisplay(false);
     RankPopulatedStreams();
-    return bDone;
+    return bDone || attempt.Refuse(mlds::kOutOfMemory);
 }
 
 // Each object goes right of the last one placed. What the stream refuses is left out. False when

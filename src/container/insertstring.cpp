@@ -1,4 +1,5 @@
 // Filling a stream from a text in the string notation.
+#include "container/attempt.h"
 #include "container/notation.h"
 #include "container/placing.h"
 #include "container/textcopy.h"
@@ -63,47 +64,61 @@ public:
     NotationCheck(CPlexa* pPlexa, CStream* pTarget, bool bHasBounds, TokenQueue& copies)
         : m_pPlexa(pPlexa), m_pCurrent(pTarget), m_bHasBounds(bHasBounds), m_copies(copies) {}
 
-    bool Accepts(NotationReader reader) {
+    /// Notes what is wrong with the text, which begins at `begin`.
+    bool Accepts(NotationReader reader, const char* begin, mlds::Attempt& attempt) {
         Item item;
         do {
-            if (!reader.Next(item) || !Accepts(item)) return false;
+            if (!reader.Next(item)) {
+                return attempt.RefuseAt(reader.ItemStart() - begin, reader.Fault());
+            }
+            if (const char* fault = FaultOf(item)) {
+                return attempt.RefuseAt(reader.ItemStart() - begin, fault, item.part);
+            }
         } while (item.kind != ItemKind::end);
         return true;
     }
 
 private:
-    bool Accepts(const Item& item) {
+    // What is wrong with an item; null if nothing is.
+    const char* FaultOf(const Item& item) {
+        constexpr const char* kNoBounds = "a token needs a mark to stand beside";
         switch (item.kind) {
-            case ItemKind::end: return true;
+            case ItemKind::end: return nullptr;
             case ItemKind::streamSwitch:
                 m_pCurrent = m_pPlexa->pStream(PartText(item.part));
-                return m_pCurrent != nullptr;
+                return m_pCurrent != nullptr ? nullptr : "there is no stream \"%s\"";
             case ItemKind::token:
             case ItemKind::fieldList:
-                return m_bHasBounds && m_pCurrent->GetFieldIndex(kNameField) >= 0;
-            case ItemKind::copy: return m_bHasBounds && AddCopy(PartText(item.part));
-            case ItemKind::binding: return AcceptsBinding(PartText(item.part));
+                if (!m_bHasBounds) return kNoBounds;
+                return m_pCurrent->GetFieldIndex(kNameField) >= 0
+                           ? nullptr
+                           : "the stream has no field \"name\" for \"%s\"";
+            case ItemKind::copy: return m_bHasBounds ? AddCopy(PartText(item.part)) : kNoBounds;
+            case ItemKind::binding: return FaultOfBinding(PartText(item.part));
         }
-        return false;
+        return nullptr;
     }
 
-    bool AddCopy(const char* name) {
+    const char* AddCopy(const char* name) {
         CVarList* pList = Internals::TopVarList(m_pPlexa);
         const int i = pList != nullptr ? pList->GetVarIndex(name) : -1;
-        if (i < 0 || Internals::TypeOf(pList, i) != vtTokenPtr) return false;
+        if (i < 0) return "there is no variable \"%s\"";
+        constexpr const char* kNoToken = "the variable \"%s\" holds no token";
+        if (Internals::TypeOf(pList, i) != vtTokenPtr) return kNoToken;
         CStreamObj* pHeld = mlds::ReadHostVariable(Internals::BoundVar(pList, i));
-        if (pHeld == nullptr || !Internals::IsToken(pHeld)) return false;
+        if (pHeld == nullptr || !Internals::IsToken(pHeld)) return kNoToken;
         CToken* pCopy = mlds::CopyOf(static_cast<CToken*>(pHeld));
-        if (pCopy == nullptr) return false;
+        if (pCopy == nullptr) return mlds::kOutOfMemory;
         m_copies.Add(pCopy);
-        return true;
+        return nullptr;
     }
 
     // An unknown variable is allowed and binds nothing.
-    bool AcceptsBinding(const char* name) {
+    const char* FaultOfBinding(const char* name) {
         CVarList* pList = Internals::TopVarList(m_pPlexa);
         const int i = pList != nullptr ? pList->GetVarIndex(name) : -1;
-        return i < 0 || Internals::TypeOf(pList, i) != vtTokenPtr;
+        if (i < 0 || Internals::TypeOf(pList, i) != vtTokenPtr) return nullptr;
+        return "the variable \"%s\" is for a token, not for a mark";
     }
 
     CPlexa* m_pPlexa;
@@ -125,10 +140,14 @@ public:
           m_copies(copies) {}
 
     /// False as soon as the stream refuses a plain token, and when memory runs out.
-    bool Run(NotationReader reader) {
+    bool Run(NotationReader reader, const char* begin, mlds::Attempt& attempt) {
         Item item;
         while (reader.Next(item) && item.kind != ItemKind::end) {
-            if (!Do(item) || m_bOutOfMemory) return false;
+            const bool bDone = Do(item);
+            if (bDone && !m_bRefused && !m_bOutOfMemory) continue;
+            attempt.RefuseAt(reader.ItemStart() - begin,
+                             m_bOutOfMemory ? mlds::kOutOfMemory : mlds::kNoPlaceFor, item.part);
+            if (!bDone || m_bOutOfMemory) return false;
         }
         return true;
     }
@@ -188,6 +207,7 @@ private:
             if (pMark == nullptr) m_bOutOfMemory = true;
             if (pMark == nullptr || !m_pCurrent->InsertStreamObj(pMark, iwLeftOf, m_pRight)) {
                 CStream::DiscardStreamObj(pMark);
+                m_bRefused = true;
                 return false;
             }
             m_pLeft = pMark;
@@ -202,6 +222,7 @@ private:
     bool Place(CToken* pToken) {
         if (m_pCurrent->InsertStreamObj(pToken, iwRightOf, m_pLeft)) return true;
         CStream::DiscardStreamObj(pToken);
+        m_bRefused = true;
         return false;
     }
 
@@ -243,6 +264,7 @@ private:
     CSyncMark* m_pRight;
     bool m_bMarkNeeded;
     bool m_bOutOfMemory = false;
+    bool m_bRefused = false;  // something was left out
     CStreamObj** m_ppPending = nullptr;
     TokenQueue& m_copies;
 };
@@ -267,19 +289,27 @@ bool OpenPlace(CStream* pTarget, Bounds& bounds) {
 }  // namespace
 
 bool CPlexa::InsertString(CStream* pInto, const char* text, CSyncMark* pLeft, CSyncMark* pRight) {
-    if (!mlds::BelongsTo(this, pInto) || text == nullptr) return false;
+    mlds::Attempt attempt(this,
+                          "CPlexa::InsertString(CStream * pStream, char * text, CSyncMark * pLeft, "
+                          "CSyncMark * pRight)");
+    if (!mlds::BelongsTo(this, pInto)) return attempt.Refuse(mlds::kNoStream);
+    if (text == nullptr) return attempt.Refuse(mlds::kNoText);
     const mlds::TextCopy copy(text);
-    if (copy.get() == nullptr) return false;
+    if (copy.get() == nullptr) return attempt.Refuse(mlds::kOutOfMemory);
     const NotationReader reader(copy.get(), NameType(pInto));
     TokenQueue copies;
     NotationCheck check(this, pInto, pLeft != nullptr || pRight != nullptr, copies);
-    if (!check.Accepts(reader)) return false;
+    if (!check.Accepts(reader, copy.get(), attempt)) return false;
     Bounds bounds;
-    if (!bounds.Carry(this, pInto, pLeft, pRight) || !OpenPlace(pInto, bounds)) return false;
+    if (!bounds.Carry(this, pInto, pLeft, pRight)) return attempt.Refuse(mlds::kNotCarried);
+    if (!OpenPlace(pInto, bounds)) {
+        const bool bBoth = pLeft != nullptr && pRight != nullptr;
+        return attempt.Refuse(bBoth ? mlds::kNoPlace : mlds::kNoRoom);
+    }
     DelayMessageDisplay(true);
     NotationRun run(this, pInto, bounds, copies);
     // A host that sees a plain token refused mends the stream with the display still delayed.
-    if (!run.Run(reader) && !run.IsOutOfMemory()) return false;
+    if (!run.Run(reader, copy.get(), attempt) && !run.IsOutOfMemory()) return false;
     DelayMessageDisplay(false);
     run.BindPendingToRight();
     RankPopulatedStreams();
@@ -287,27 +317,41 @@ bool CPlexa::InsertString(CStream* pInto, const char* text, CSyncMark* pLeft, CS
 }
 
 bool CPlexa::InsertString(const char* text, CSyncMark* pLeft, CSyncMark* pRight) {
-    if (text == nullptr) return false;
+    mlds::Attempt attempt(
+        this, "CPlexa::InsertString(char * text, CSyncMark * pLeft, CSyncMark * pRight)");
+    if (text == nullptr) return attempt.Refuse(mlds::kNoText);
+    const char* begin = text;
+    const char* name = "";
     CStream* pInto = nullptr;
     text += std::strspn(text, " ");
     switch (*text) {
         case '[':
-            pInto = pStream("phone");
+            pInto = pStream(name = "phone");
             ++text;
             break;
         case '{':
-            pInto = pStream("inp");
+            pInto = pStream(name = "inp");
             ++text;
             break;
         case '%': break;
-        default: return false;
+        default: return attempt.RefuseAt(text - begin, mlds::kNoPrefix);
     }
     text += std::strspn(text, " ");
+    std::string_view part = name;
     if (*text == '%') {
         ++text;
-        const std::string_view name = mlds::ReadUpTo(text, " ]}");
-        if (name.size() > mlds::kLongestName) return false;
-        pInto = pStream(PartText(name));
+        part = mlds::ReadUpTo(text, " ]}");
+        if (part.size() > mlds::kLongestName) {
+            return attempt.RefuseAt(text - begin, "a name is too long");
+        }
+        pInto = pStream(PartText(part));
     }
-    return pInto == nullptr || InsertString(pInto, text, pLeft, pRight);
+    if (pInto == nullptr) {
+        // A text for a stream that this container does not have concerns nobody.
+        attempt.Refuse("there is no stream \"%s\"", part);
+        return true;
+    }
+    const bool bDone = InsertString(pInto, text, pLeft, pRight);
+    attempt.ShiftBy(text - begin);
+    return bDone;
 }

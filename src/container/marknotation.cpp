@@ -61,7 +61,7 @@ MarkRead MarkReader::Next(MarkItem& item) {
     if (!m_bOpen) return MarkRead::end;
     SkipSpaces(m_p);
     if (*m_p == '>') return MarkRead::end;
-    const char* pStart = m_p;
+    m_pItem = m_p;
     if (*m_p != '$' && !ReadField(item)) return MarkRead::malformed;
     if (m_bOpen) {
         SkipSpaces(m_p);
@@ -78,7 +78,7 @@ MarkRead MarkReader::Next(MarkItem& item) {
         }
     }
     if (!m_bOpen) return MarkRead::closed;
-    return m_p != pStart ? MarkRead::item : MarkRead::malformed;
+    return m_p != m_pItem ? MarkRead::item : MarkRead::malformed;
 }
 
 bool MarkReader::ReadField(MarkItem& item) {

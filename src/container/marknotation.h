@@ -33,12 +33,16 @@ public:
     /// Moves past the '<' that opens the list. False if there is none.
     bool Open();
     MarkRead Next(MarkItem& item);
+    const char* Position() const { return m_p; }
+    /// Where the item that was read last begins.
+    const char* ItemStart() const { return m_pItem; }
 
 private:
     bool ReadField(MarkItem& item);
     bool CloseAtBracket();
 
     const char* m_p;
+    const char* m_pItem = m_p;
     bool m_bOpen = true;
 };
 

@@ -1,4 +1,5 @@
 // Setting a field on every token between two marks.
+#include "container/attempt.h"
 #include "container/marknotation.h"
 #include "container/notation.h"
 #include "container/tokenrange.h"
@@ -31,27 +32,37 @@ public:
         int value = 0;
     };
 
-    /// False if the item names a field that is not there, or a variable without a token.
-    bool Resolve(const MarkItem& item, Change& change) const {
+    /// What is wrong with the item: it names a field that is not there, or a variable without a
+    /// token. Null if nothing is. `part` is what the sentence is about.
+    const char* Resolve(const MarkItem& item, Change& change, std::string_view& part) const {
+        constexpr const char* kNoField = "the stream has no field \"%s\"";
+        part = item.bBareValue ? item.value : item.field;
         const PartText value(item.value);
         const PartText source(item.source);
         CField* pField = item.bBareValue ? FieldWith(value) : Named(item.field);
         const bool bTarget = item.bBareValue ? pField != nullptr : !item.field.empty();
         change = {};
-        if (!bTarget && item.source.empty()) return true;
+        if (!bTarget && item.source.empty()) return nullptr;
         const char* text = value;
         CStreamObj** ppVar = item.bVariable ? Variable(item.variable) : nullptr;
         if (ppVar != nullptr) {
             CStreamObj* pBound = mlds::ReadHostVariable(ppVar);
-            if (pBound == nullptr || !Internals::IsToken(pBound)) return false;
+            if (pBound == nullptr || !Internals::IsToken(pBound)) {
+                part = item.variable;
+                return "the variable \"%s\" holds no token";
+            }
             auto* pToken = static_cast<CToken*>(pBound);
-            if (Internals::FieldIndex(pToken, source) < 0) return false;
+            if (!bTarget) part = item.source;
+            if (Internals::FieldIndex(pToken, source) < 0) {
+                part = item.source;
+                return "the variable's token has no field \"%s\"";
+            }
             text = pToken->GetFieldValueString(source);
             if (!bTarget) pField = m_pStream->GetField(source);
         }
-        if (pField == nullptr) return false;
+        if (pField == nullptr) return kNoField;
         change = {pField, ValueOf(pField, text)};
-        return true;
+        return nullptr;
     }
 
     /// Tells the viewer that the item's variable is used.
@@ -84,17 +95,31 @@ private:
     CVarList* m_pVars;
 };
 
+// Refuses because of a part of the text.
+bool RefusePart(mlds::Attempt& attempt, const char* fault, std::string_view part,
+                const char* text) {
+    return attempt.RefuseAt(part.data() != nullptr ? part.data() - text : -1, fault, part);
+}
+
 // Reads a whole list without doing anything. False if it is malformed or names what is not there.
 // A variable without a '.' only shows when its turn comes: what stands before it is carried out.
-bool CanBeApplied(const MarkTarget& target, const char* text) {
+bool CanBeApplied(const MarkTarget& target, const char* text, mlds::Attempt& attempt) {
     MarkReader reader(text);
-    if (!reader.Open()) return false;
+    if (!reader.Open())
+        return attempt.RefuseAt(reader.Position() - text, "a list begins with \"<\"");
     MarkItem item;
     MarkTarget::Change change;
     for (;;) {
         const MarkRead read = reader.Next(item);
         if (read == MarkRead::end || read == MarkRead::noSource) return true;
-        if (read == MarkRead::malformed || !target.Resolve(item, change)) return false;
+        if (read == MarkRead::malformed) {
+            return attempt.RefuseAt(reader.ItemStart() - text,
+                                    "a list is not closed, or a part of it is too long");
+        }
+        std::string_view part;
+        if (const char* fault = target.Resolve(item, change, part)) {
+            return RefusePart(attempt, fault, part, text);
+        }
     }
 }
 
@@ -102,10 +127,13 @@ bool CanBeApplied(const MarkTarget& target, const char* text) {
 
 bool CPlexa::Mark(CStream* pInto, const char* fieldName, int value, CSyncMark* pLeft,
                   CSyncMark* pRight) {
+    mlds::Attempt attempt(this);
     mlds::TokenRange range;
-    if (fieldName == nullptr || !mlds::BelongsTo(this, pInto)) return false;
-    if (!range.Find(this, pInto, pLeft, pRight)) return false;
+    if (fieldName == nullptr) return attempt.Refuse(mlds::kNoText);
+    if (!mlds::BelongsTo(this, pInto)) return attempt.Refuse(mlds::kNoStream);
+    if (!range.Find(this, pInto, pLeft, pRight)) return attempt.Refuse(mlds::kNoCounterpart);
     const int i = pInto->GetFieldIndex(fieldName);
+    if (i < 0) attempt.Refuse("the stream has no field \"%s\"", fieldName);
     DelayMessageDisplay(true);
     range.ForEach([&](CToken* p) {
         if (Internals::StreamOf(p) == pInto) {
@@ -120,16 +148,20 @@ bool CPlexa::Mark(CStream* pInto, const char* fieldName, int value, CSyncMark* p
 
 bool CPlexa::Mark(CStream* pInto, const char* fieldName, const char* valueText, CSyncMark* pLeft,
                   CSyncMark* pRight) {
-    if (!mlds::BelongsTo(this, pInto) || fieldName == nullptr || valueText == nullptr) return false;
+    mlds::Attempt attempt(this);
+    if (!mlds::BelongsTo(this, pInto)) return attempt.Refuse(mlds::kNoStream);
+    if (fieldName == nullptr || valueText == nullptr) return attempt.Refuse(mlds::kNoText);
     CField* pField = pInto->GetField(fieldName);
-    if (pField == nullptr) return false;
+    if (pField == nullptr) return attempt.Refuse("the stream has no field \"%s\"", fieldName);
     return Mark(pInto, fieldName, ValueOf(pField, valueText), pLeft, pRight);
 }
 
 bool CPlexa::Mark(CStream* pInto, const char* markString, CSyncMark* pLeft, CSyncMark* pRight) {
-    if (!mlds::BelongsTo(this, pInto) || markString == nullptr) return false;
+    mlds::Attempt attempt(this);
+    if (!mlds::BelongsTo(this, pInto)) return attempt.Refuse(mlds::kNoStream);
+    if (markString == nullptr) return attempt.Refuse(mlds::kNoText);
     const MarkTarget target(this, pInto);
-    if (!CanBeApplied(target, markString)) return false;
+    if (!CanBeApplied(target, markString, attempt)) return false;
     MarkReader reader(markString);
     reader.Open();
     MarkItem item;
@@ -137,8 +169,15 @@ bool CPlexa::Mark(CStream* pInto, const char* markString, CSyncMark* pLeft, CSyn
         const MarkRead read = reader.Next(item);
         if (read == MarkRead::end) return true;
         target.ReportUse(item);
+        if (read == MarkRead::noSource) {
+            return RefusePart(attempt, "the variable \"%s\" is not followed by \".\" and a field",
+                              item.variable, markString);
+        }
         MarkTarget::Change change;
-        if (read == MarkRead::noSource || !target.Resolve(item, change)) return false;
+        std::string_view part;
+        if (const char* fault = target.Resolve(item, change, part)) {
+            return RefusePart(attempt, fault, part, markString);
+        }
         if (change.pField != nullptr) {
             Mark(pInto, change.pField->GetFieldName(), change.value, pLeft, pRight);
         }
@@ -146,9 +185,20 @@ bool CPlexa::Mark(CStream* pInto, const char* markString, CSyncMark* pLeft, CSyn
 }
 
 bool CPlexa::Mark(const char* markString, CSyncMark* pLeft, CSyncMark* pRight) {
+    mlds::Attempt attempt(this);
     std::string_view name;
-    if (markString == nullptr || !mlds::ReadMarkPrefix(markString, name)) return false;
+    if (markString == nullptr) return attempt.Refuse(mlds::kNoText);
+    const char* begin = markString;
+    if (!mlds::ReadMarkPrefix(markString, name)) {
+        return attempt.RefuseAt(markString - begin, mlds::kNoPrefix);
+    }
     CStream* pInto = pStream(PartText(name));
-    // A list for a stream that this container does not have concerns nobody.
-    return pInto == nullptr || Mark(pInto, markString, pLeft, pRight);
+    if (pInto == nullptr) {
+        // A list for a stream that this container does not have concerns nobody.
+        attempt.Refuse("there is no stream \"%s\"", name);
+        return true;
+    }
+    const bool bDone = Mark(pInto, markString, pLeft, pRight);
+    attempt.ShiftBy(markString - begin);
+    return bDone;
 }

@@ -18,12 +18,13 @@ void NotationReader::SkipSpaces() {
 bool NotationReader::ReadPart(Item& item, ItemKind kind, const char* stops, std::size_t longest) {
     item.kind = kind;
     item.part = ReadUpTo(m_p, stops);
-    return item.part.size() <= longest;
+    return item.part.size() <= longest || Malformed("a name is too long");
 }
 
 bool NotationReader::Next(Item& item) {
     item = {};
     while (*m_p == ' ' || *m_p == '>') ++m_p;
+    m_pItem = m_p;
     switch (*m_p) {
         case '\0':
         case ']':
@@ -51,7 +52,11 @@ bool NotationReader::ReadPlain(Item& item) {
     }
     item.part = {m_p, length};
     m_p += length;
-    return length > 0 && length <= kLongestTokenName;
+    if (length > kLongestTokenName) return Malformed("a name is too long");
+    if (length > 0) return true;
+    return Malformed(m_nNameType == fvInt ? "a name of this stream is a number"
+                     : m_nNameType < 0    ? "the stream has no field \"name\""
+                                          : "names of this stream have to be quoted");
 }
 
 // A quote in a row with another is the name of one apostrophe.
@@ -63,9 +68,9 @@ bool NotationReader::ReadQuoted(std::string_view& name) {
         return true;
     }
     name = ReadUpTo(m_p, "'");
-    if (*m_p == '\0') return false;
+    if (*m_p == '\0') return Malformed("a quote is not closed");
     ++m_p;
-    return name.size() <= kLongestTokenName;
+    return name.size() <= kLongestTokenName || Malformed("a name is too long");
 }
 
 bool NotationReader::ReadFieldList(Item& item) {
@@ -81,16 +86,16 @@ bool NotationReader::ReadFieldList(Item& item) {
         if (!ReadQuoted(item.part)) return false;
     } else {
         item.part = ReadUpTo(m_p, " >");
-        if (item.part.size() > kLongestTokenName) return false;
+        if (item.part.size() > kLongestTokenName) return Malformed("a name is too long");
     }
     item.fields = m_p;
     FieldEntry entry;
     while (NextField(m_p, entry)) {
         if (entry.word.size() > kLongestFieldName || entry.value.size() > kLongestValue) {
-            return false;
+            return Malformed("a field or its value is too long");
         }
     }
-    return *m_p == '>';
+    return *m_p == '>' || Malformed("a field list is not closed");
 }
 
 bool NotationReader::NextField(const char*& p, FieldEntry& entry) {

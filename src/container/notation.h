@@ -62,6 +62,9 @@ public:
     /// Reads the next item. False if the text is malformed there: an unclosed quote or list, a part
     /// that is too long, or a plain token that the stream's names cannot express.
     bool Next(Item& item);
+    /// Where the item that was read last begins, and what is wrong with it if it is malformed.
+    const char* ItemStart() const { return m_pItem; }
+    const char* Fault() const { return m_szFault; }
 
     /// Reads the next entry of a field list and moves past it. False at the closing '>' and where
     /// the list is malformed, which `p` then tells apart.
@@ -73,9 +76,15 @@ private:
     bool ReadPlain(Item& item);
     bool ReadFieldList(Item& item);
     void SkipSpaces();
+    bool Malformed(const char* fault) {
+        m_szFault = fault;
+        return false;
+    }
 
     const char* m_p;
     int m_nNameType;
+    const char* m_pItem = m_p;
+    const char* m_szFault = "";
 };
 
 /// The characters of `p` up to, not including, the first of `stops` or the end. Moves past them.

@@ -46,7 +46,12 @@ CPlexa::CPlexa(CEngine* pEngine)
       m_nFenced(0),
       m_ppWorkStack(nullptr),
       m_pFirstVarList(nullptr),
-      m_nSearchSteps(UINT64_MAX) {
+      m_nSearchSteps(UINT64_MAX),
+      m_szRefusal(nullptr),
+      m_szRefusedPart{},
+      m_szLastError{},
+      m_nRefusedAt(-1),
+      m_nAttempts(0) {
     LogDebug("CPlexa::CPlexa()", 24, "enter");
     m_pTest = new (std::nothrow) CPlexaTest(this);
     WorkStack();
@@ -54,7 +59,12 @@ CPlexa::CPlexa(CEngine* pEngine)
 }
 
 CPlexa::CPlexa(const CPlexa& other)
-    : m_pHome(nullptr), m_pFirstVarList(nullptr), m_nSearchSteps(UINT64_MAX) {
+    : m_pHome(nullptr),
+      m_pFirstVarList(nullptr),
+      m_nSearchSteps(UINT64_MAX),
+      m_szRefusal(nullptr),
+      m_nRefusedAt(-1),
+      m_nAttempts(0) {
     *this = other;
 }
 

@@ -1,4 +1,5 @@
 // Projection: the mark of one stream at the place of a mark of another.
+#include "container/attempt.h"
 #include "container/placing.h"
 #include "internals.h"
 #include "mlds/okulog.h"
@@ -65,21 +66,29 @@ Place FindPlace(CPlexa* pPlexa, CStream* pTarget, CSyncMark* pSyncMark) {
 
 CSyncMark* CPlexa::ProjectSyncMark(CStream* pTargetStream, CSyncMark* pSyncMark,
                                    CSyncMark* pSyncMarkDisambiguator) {
-    if (!mlds::BelongsTo(this, pSyncMark) || !mlds::BelongsTo(this, pTargetStream)) return nullptr;
+    mlds::Attempt attempt(this);
+    const auto refuse = [&](const char* reason) {
+        attempt.Refuse(reason);
+        return nullptr;
+    };
+    if (!mlds::BelongsTo(this, pSyncMark)) return refuse(mlds::kNoMark);
+    if (!mlds::BelongsTo(this, pTargetStream)) return refuse(mlds::kNoStream);
     if (CSyncMark* pThere = Internals::CounterpartOrSelf(pSyncMark, pTargetStream)) return pThere;
     const Place place =
         pSyncMarkDisambiguator != nullptr
             ? FindPlaceBeside(this, pTargetStream, pSyncMark, pSyncMarkDisambiguator)
             : FindPlace(this, pTargetStream, pSyncMark);
-    if (place.pLeft == nullptr && place.pRight == nullptr) return nullptr;
+    if (place.pLeft == nullptr && place.pRight == nullptr) return refuse(mlds::kNotCarried);
     CSyncMark* pMade = new CSyncMark(pTargetStream);
-    if (pMade == nullptr) return nullptr;
+    if (pMade == nullptr) return refuse(mlds::kOutOfMemory);
     // Tied before it is linked, so that the report of the insertion shows the tie.
     if (!pSyncMark->SetToSynchronous(pMade)) {
         CStream::DiscardStreamObj(pMade);
-        return nullptr;
+        return refuse(mlds::kOutOfMemory);
     }
-    pTargetStream->InsertStreamObj(pMade, place.pLeft, place.pRight);
+    if (!pTargetStream->InsertStreamObj(pMade, place.pLeft, place.pRight)) {
+        attempt.Refuse(mlds::kNotPlaced);
+    }
     return mlds::KeepIfLinked(pMade);
 }
 

@@ -1,4 +1,5 @@
 // Insertion beside one of two marks, and into a token that is split in two.
+#include "container/attempt.h"
 #include "container/placing.h"
 #include "internals.h"
 #include "stream/fieldslots.h"
@@ -49,17 +50,26 @@ struct SplitParts {
 
 bool CPlexa::InsertStreamObject(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
                                 CStreamObj* pObj, InsertionLocationType where) {
-    if (!mlds::BelongsTo(this, pInto) || !mlds::IsInsertable(this, pObj)) return false;
-    if (!mlds::BelongsTo(this, pLeft) || !mlds::BelongsTo(this, pRight)) return false;
+    mlds::Attempt attempt(this,
+                          "CPlexa::InsertStreamObject(CStream * pStream, CSyncMark * pLeft, "
+                          "CSyncMark * pRight, CStreamObj * pObj, InsertionLocationType where)");
+    if (!mlds::BelongsTo(this, pInto)) return attempt.Refuse(mlds::kNoStream);
+    if (!mlds::IsInsertable(this, pObj)) return attempt.Refuse(mlds::kNotInsertable);
+    if (!mlds::BelongsTo(this, pLeft) || !mlds::BelongsTo(this, pRight)) {
+        return attempt.Refuse(mlds::kNoMark);
+    }
     bool bDone = true;
     switch (where) {
         case ilAtLeft: bDone = InsertAtLeft(pInto, pLeft, pRight, pObj); break;
         case ilAtRight: bDone = InsertAtRight(pInto, pLeft, pRight, pObj); break;
         case ilSplitToken: bDone = InsertIntoToken(pInto, pLeft, pRight, pObj); break;
-        default: break;
+        default: attempt.Refuse("there is no such place"); break;
     }
-    if (bDone) RankPopulatedStreams();
-    return bDone;
+    if (!bDone) return attempt.Refuse(mlds::kNoSuchPlace);
+    RankPopulatedStreams();
+    // Whoever asks for a place between marks that are no neighbours gets nothing, and is told so.
+    if (!Internals::IsLinked(pObj)) attempt.Refuse(mlds::kNotPlaced);
+    return true;
 }
 
 bool CPlexa::InsertAtLeft(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, CStreamObj* pObj) {

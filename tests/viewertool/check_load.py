@@ -2,6 +2,7 @@
 
 import http.client
 import json
+import os
 import random
 import socket
 import sys
@@ -17,7 +18,9 @@ viewer_program, engine_program = sys.argv[1:3]
 
 class Load(unittest.TestCase):
     def start(self, *size):
-        self.viewer = Viewer(viewer_program, '--quiet')
+        # A sanitizer keeps what was freed for a while, which is no memory of the viewer's.
+        options = os.environ.get('ASAN_OPTIONS', '') + ':quarantine_size_mb=1'
+        self.viewer = Viewer(viewer_program, '--quiet', env={**os.environ, 'ASAN_OPTIONS': options})
         self.addCleanup(self.viewer.quit)
         self.host = urlparse(self.viewer.page).netloc
         self.engine = Engine(engine_program, self.viewer, *size)

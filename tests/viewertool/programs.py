@@ -1,5 +1,6 @@
 """The viewer program and engines for it, each in a folder of its own."""
 
+import atexit
 import os
 import select
 import subprocess
@@ -20,6 +21,7 @@ class Program:
         self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         bufsize=0, **options)
         self.said = b''
+        atexit.register(self.process.kill)  # a test that fails leaves nobody behind
 
     def line(self, seconds=20):
         """The next line of what it prints; '' behind the last one."""

@@ -5,13 +5,14 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 jobs=$(nproc 2>/dev/null || echo 2)
 
 # Recommended packages that we need stand here by name, because recommendations are not installed:
-# libclang-rt-14-dev holds clang's sanitizers and fuzzer, binutils has nm, diffutils has diff,
-# libxml2-utils has xmllint. Praat reads what transcribe writes for it, and the viewer's page is
-# tested in a browser, which python3-selenium drives.
-build_packages=(g++ cmake ninja-build)
-example_packages=("${build_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev pkg-config
-    libcpp-httplib-dev nlohmann-json3-dev python3)
-test_packages=("${example_packages[@]}" clang-14 libclang-rt-14-dev clang-format-14 git
+# make is what cmake builds with if nothing else is asked for, libclang-rt-14-dev holds clang's
+# sanitizers and fuzzer, binutils has nm, diffutils has diff, libxml2-utils has xmllint. Praat reads
+# what transcribe writes for it, and the viewer's page is tested in a browser, which python3-selenium
+# drives.
+build_packages=(g++ cmake make ninja-build)
+viewer_packages=("${build_packages[@]}" pkg-config libcpp-httplib-dev nlohmann-json3-dev)
+test_packages=("${viewer_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev python3 ccache
+    clang-14 libclang-rt-14-dev clang-format-14 git
     binutils diffutils util-linux libxml2-utils praat chromium chromium-driver python3-selenium)
 
 step() {
@@ -63,6 +64,14 @@ need_packages() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q </dev/null
     as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get install -q -y --no-install-recommends "${missing_packages[@]}" </dev/null
+}
+
+# With ccache, what was compiled once is not compiled again: by the next step with the same options,
+# by the next run, in a fresh checkout. Only trees that are configured from here on use it.
+use_ccache() {
+    if command -v ccache >/dev/null; then
+        export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+    fi
 }
 
 # build PRESET [CONFIGURE OPTION...]: a configured and built tree in build/PRESET.

@@ -2,18 +2,25 @@
 #ifndef MLDS_EXPORT_H
 #define MLDS_EXPORT_H
 
+// MLDS_API exports a function, or a class with all of its members; MLDS_LOCAL takes a member out
+// again. Private members are taken out, so that they can change without a host noticing, but for
+// virtual ones and those that inline public ones call.
 #if defined(MLDS_STATIC)
 #define MLDS_API
+#define MLDS_LOCAL
 #elif defined(_WIN32)
 #if defined(MLDS_BUILDING_LIBRARY)
 #define MLDS_API __declspec(dllexport)
 #else
 #define MLDS_API __declspec(dllimport)
 #endif
+#define MLDS_LOCAL  // a member cannot be taken out of an exported class there
 #elif defined(__GNUC__)
 #define MLDS_API __attribute__((visibility("default")))
+#define MLDS_LOCAL __attribute__((visibility("hidden")))
 #else
 #define MLDS_API
+#define MLDS_LOCAL
 #endif
 
 class CEngine;  // The host's engine. The library stores and returns it and never looks inside.

@@ -145,7 +145,7 @@ private:
 
     static constexpr int kMaxSets = 30;
 
-    void Release();
+    MLDS_LOCAL void Release();
 
     char* m_pPool;
     NameSpcDefVal** m_ppNameDefaults;

@@ -83,16 +83,16 @@ private:
     friend struct mlds::Internals;
     friend struct mlds::ConversationAccess;
 
-    void Release();
-    bool Start();
-    std::intptr_t Open(const mlds::platform::Deadline& deadline);
-    void Greet(unsigned long kind);
-    bool Exchange(const mlds::platform::Deadline& deadline);
-    void CloseRequests();
-    void DropLateBytes();
-    char* Buffer() const;
-    unsigned char* Reserve(std::uint64_t size);
-    void Append(std::uint32_t type, const void* value, std::int64_t n);
+    MLDS_LOCAL void Release();
+    MLDS_LOCAL bool Start();
+    MLDS_LOCAL std::intptr_t Open(const mlds::platform::Deadline& deadline);
+    MLDS_LOCAL void Greet(unsigned long kind);
+    MLDS_LOCAL bool Exchange(const mlds::platform::Deadline& deadline);
+    MLDS_LOCAL void CloseRequests();
+    MLDS_LOCAL void DropLateBytes();
+    MLDS_LOCAL char* Buffer() const;
+    MLDS_LOCAL unsigned char* Reserve(std::uint64_t size);
+    MLDS_LOCAL void Append(std::uint32_t type, const void* value, std::int64_t n);
 
     std::intptr_t m_sendSocket;  // 0 when closed
     std::intptr_t m_receiveSocket;

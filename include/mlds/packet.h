@@ -57,9 +57,9 @@ public:
     int GetSize();
 
 private:
-    void AppendPacket(std::uint32_t type, const void* value, std::int64_t n);
-    void CopyFrom(const CPacket& other);
-    std::uint32_t Filled() const;
+    MLDS_LOCAL void AppendPacket(std::uint32_t type, const void* value, std::int64_t n);
+    MLDS_LOCAL void CopyFrom(const CPacket& other);
+    MLDS_LOCAL std::uint32_t Filled() const;
 
     std::uint32_t m_nSize;
     std::uint32_t m_nCapacity;

@@ -301,20 +301,23 @@ private:
         int nSyncMarks;
     };
 
-    unsigned int incr_SearchNumber();
-    void Release();
-    void LetGoOfVarLists();
-    bool GrowMessageBuffer(int capacity);
-    void DropMessageBuffer();
-    int ReceiveRequests(bool& bClosed);
-    void HandleRequests(int nBytes);
-    CSyncMark** WorkStack();
-    void FollowTopVarList();
-    bool InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,
-                    int count);
-    bool InsertAtLeft(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, CStreamObj* pObj);
-    bool InsertAtRight(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, CStreamObj* pObj);
-    bool InsertIntoToken(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight, CStreamObj* pObj);
+    MLDS_LOCAL unsigned int incr_SearchNumber();
+    MLDS_LOCAL void Release();
+    MLDS_LOCAL void LetGoOfVarLists();
+    MLDS_LOCAL bool GrowMessageBuffer(int capacity);
+    MLDS_LOCAL void DropMessageBuffer();
+    MLDS_LOCAL int ReceiveRequests(bool& bClosed);
+    MLDS_LOCAL void HandleRequests(int nBytes);
+    MLDS_LOCAL CSyncMark** WorkStack();
+    MLDS_LOCAL void FollowTopVarList();
+    MLDS_LOCAL bool InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo,
+                               CStreamObj** objs, int count);
+    MLDS_LOCAL bool InsertAtLeft(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
+                                 CStreamObj* pObj);
+    MLDS_LOCAL bool InsertAtRight(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
+                                  CStreamObj* pObj);
+    MLDS_LOCAL bool InsertIntoToken(CStream* pInto, CSyncMark* pLeft, CSyncMark* pRight,
+                                    CStreamObj* pObj);
 
     // These stand in the order that hosts are built with, used or not; what came later is below.
     CMessageSocket m_socket;

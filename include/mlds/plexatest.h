@@ -68,22 +68,24 @@ protected:
 /// A test is a graph of 5-byte instructions. Whatever bytes it consists of, it does no harm: what
 /// makes no sense fails, and a test that nests too deep or runs for more than 2^26 instructions,
 /// the steps of its searches across streams included, ends false.
-class MLDS_API CPlexaTest {
+///
+/// Nearly all of it is private: what is exported is marked, member by member.
+class CPlexaTest {
 public:
-    explicit CPlexaTest(CPlexa* pPlexa);
+    MLDS_API explicit CPlexaTest(CPlexa* pPlexa);
     CPlexaTest(const CPlexaTest&) = default;
     CPlexaTest& operator=(const CPlexaTest& other) = default;
 
     /// Evaluates the test whose header is element `base` of the program, with the variables of the
     /// current list, which are assigned if it holds. The program stays the caller's. False also
     /// without a variable list, and for a test that is started by another one.
-    bool Test(const char* name, unsigned char const (*const program)[5], int base);
+    MLDS_API bool Test(const char* name, unsigned char const (*const program)[5], int base);
     /// While a test runs, the sync mark from which a walk may go on in spite of a fence; null
     /// otherwise.
-    CSyncMark* getSyncMarkItsOKtoAdvanceFrom();
+    MLDS_API CSyncMark* getSyncMarkItsOKtoAdvanceFrom();
 
     /// Has every test watched; null ends that. The observer stays the caller's.
-    void SetObserver(CPlexaTestObserver* pObserver);
+    MLDS_API void SetObserver(CPlexaTestObserver* pObserver);
 
 private:
     friend struct mlds::Internals;

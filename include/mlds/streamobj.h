@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
 #include "mlds/export.h"
 
@@ -111,8 +112,12 @@ public:
     /// True if both objects belong to the same stream and this one's order index is the higher.
     bool RightOf(CStreamObj* p);
 
-    /// Plain `new` gives null when memory runs out, and throws nothing.
+    /// Plain `new` gives null when memory runs out, and throws nothing; so does
+    /// `new (std::nothrow)`. There is no form that takes a place: the library frees what it owns.
     static void* operator new(std::size_t size) noexcept;
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+        return operator new(size);
+    }
     static void operator delete(void* p, std::size_t size) noexcept;
 
 private:
@@ -129,7 +134,7 @@ private:
         while (p != nullptr && p->m_type != type) p = bRight ? p->m_pNext : p->m_pPrev;
         return p;
     }
-    CStreamObj* NearestWhileStale(ObjectType type, bool bRight);
+    CStreamObj* NearestWhileStale(ObjectType type, bool bRight);  // exported: inline ones call it
 
     CStream* m_pStream;
     CStreamObj* m_pNext;

@@ -80,15 +80,15 @@ private:
     static constexpr int kMaxVars = 50;
     static constexpr int kMaxStreams = 50;
 
-    void AddVar(const char* name, CStreamObj** pp, VarType type);
-    void Enlist();
-    void Delist();
-    void ReportVar(int code, int i);
+    MLDS_LOCAL void AddVar(const char* name, CStreamObj** pp, VarType type);
+    MLDS_LOCAL void Enlist();
+    MLDS_LOCAL void Delist();
+    MLDS_LOCAL void ReportVar(int code, int i);
     bool HasVar(int i) const { return i >= 0 && i < m_nVars; }
-    bool HasVarOfKind(int i, bool bToken) const;
-    void DropDuplicate(int i);
-    void ClearFences();
-    void FenceStream(int streamIndex);
+    MLDS_LOCAL bool HasVarOfKind(int i, bool bToken) const;
+    MLDS_LOCAL void DropDuplicate(int i);
+    MLDS_LOCAL void ClearFences();
+    MLDS_LOCAL void FenceStream(int streamIndex);
 
     CPlexa* m_pPlexa;
     CStreamObj** m_ppBound[kMaxVars];

@@ -28,6 +28,7 @@ TEST(Allocation, FailsWholly) {
         int before, after;
     } rows[] = {
         {[&] { p = t.plexa.CreateSyncMark(a); }, [&] { return p != nullptr; }, 0, 1},
+        {[&] { p = new (std::nothrow) CSyncMark(a); }, [&] { return p != nullptr; }, 0, 1},
         {[&] { p = a->CreateToken(); }, [&] { return p != nullptr; }, 0, 1},
         {[&] {
              pSet->SetName("undef");  // drops what was derived

@@ -158,11 +158,11 @@ private:
     static constexpr int kMaxFields = 50;
     static constexpr int kMaxName = 50;
 
-    CStream(CPlexa* pPlexa, int index);
-    void Release();
-    void Abandon();
-    CStream* Owner();
-    bool GrowText(std::size_t length, std::size_t needed);
+    MLDS_LOCAL CStream(CPlexa* pPlexa, int index);
+    MLDS_LOCAL void Release();
+    MLDS_LOCAL void Abandon();
+    MLDS_LOCAL CStream* Owner();
+    MLDS_LOCAL bool GrowText(std::size_t length, std::size_t needed);
 
     // These stand in the order that hosts are built with; what came later is at the end.
     int m_nIndex;

@@ -74,9 +74,9 @@ private:
     friend struct mlds::SyncTable;
 
     ~CSyncMark() override;
-    void RemoveFromSyncList();
-    void LeaveEndedGroup();
-    bool TieTo(CSyncMark* pOther, mlds::SyncTable*& pSpare);
+    MLDS_LOCAL void RemoveFromSyncList();
+    MLDS_LOCAL void LeaveEndedGroup();
+    MLDS_LOCAL bool TieTo(CSyncMark* pOther, mlds::SyncTable*& pSpare);
 
     CSyncMark** m_ppSyncList;
     std::uint32_t m_nSearchNumber;

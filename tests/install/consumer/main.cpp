@@ -1,6 +1,7 @@
 // A small host: one stream, filled from text and printed.
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "mlds/mlds.h"
 
@@ -40,7 +41,7 @@ int main() {
 
     // A token beside the start of the stream is refused, and the logger is told.
     okuLog.m_nLevel = 1;
-    CToken* token = phones->CreateToken("a");
+    CToken* token = new (std::nothrow) CToken(phones, "a");
     if (phones->InsertStreamObj(token, phones->pGetFirstStreamObj(), nullptr)) {
         return Fail("a token was taken beside the start of the stream");
     }

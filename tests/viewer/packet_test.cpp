@@ -82,8 +82,8 @@ TEST(Packet, ReadsItemsInOrder) {
     EXPECT_EQ(u, 0u) << "data can only be looked at";
     EXPECT_EQ(packet.GetItemType(), 24);
     EXPECT_EQ(packet.GetItemSize(), 2);
-    CPacket other = Over(IntItem(5));
-    other >> i;
+    CPacket other = Over(IntItem(5) + IntItem(6));
+    other >> i >> i;
     other = packet;
     other >> i;
     EXPECT_EQ(i, -1) << "from the start";

@@ -233,7 +233,7 @@ TEST(Mirror, StaysWholeWhateverItIsTold) {
     EXPECT_EQ(mirror.GroupOf(1), (std::map<int, Id>{{0, 1}})) << "after a place named twice";
     tell(mlds::msgText, "resetplexa");
     EXPECT_EQ(mirror.Chain(0).size(), 2u) << "its ends";
-    tell(mlds::msgStream, "  1   2 q|x 1  ");
+    tell(mlds::msgStream, "  1   2 q|x 1 0  ");
     EXPECT_EQ(mirror.streams()[1].fields[1].name, "field 1") << "without its number of values";
     tell(mlds::msgLanguage, "3.4");
     tell(mlds::msgFullDump, "");

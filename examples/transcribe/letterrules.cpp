@@ -77,6 +77,14 @@ RulesText RulesFromFile(const std::string& path) {
     return {path, text.str()};
 }
 
+std::string NamesForRules() {
+    Tiers tiers;
+    CVarList variables(&tiers.plexa);
+    CSyncMark* pBegin = nullptr;
+    CSyncMark* pEnd = nullptr;
+    return WriteSchema(Assemble(tiers, variables, &pBegin, &pEnd, OwnRules()).schema());
+}
+
 LetterRules::LetterRules(Tiers& tiers, const RulesText& rules, std::ostream* pTrace)
     : m_tiers(tiers),
       m_file(rules.file),

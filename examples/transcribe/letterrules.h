@@ -37,6 +37,9 @@ RulesText OwnRules();
 /// Throws std::runtime_error if the file cannot be read.
 RulesText RulesFromFile(const std::string& path);
 
+/// The declarations of what rules may name, as `mlds-testasm --schema` reads them.
+std::string NamesForRules();
+
 /// Rules, assembled for the given tiers, which must outlive them.
 class LetterRules {
 public:

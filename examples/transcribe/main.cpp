@@ -49,6 +49,7 @@ Without FILE, or where FILE is -, reads standard input.
                 out with a warning
       --rules FILE
                 take the rules for letters from the file
+      --schema  print what rules may name, for mlds-testasm --schema
   -t, --trace   print to standard error which rules were tried at every letter, and what came of it
   -v, --view    let a viewer watch: one that runs here, or where plexaview.cfg says
       --step    the same, and wait for Enter after every rule and every stream
@@ -204,14 +205,20 @@ bool IsFolder(const std::string& path) {
 
 // False if the command line is wrong, which is then said. An answer is all that was asked for.
 bool ReadOptions(int argc, char** argv, Options& read, std::string& answer) {
-    enum { kStep = 1000, kStrict, kRules, kVersion };
-    const option options[] = {
-        {"phones", no_argument, nullptr, 'p'},         {"rate", required_argument, nullptr, 'r'},
-        {"textgrid", required_argument, nullptr, 'g'}, {"svg", required_argument, nullptr, 's'},
-        {"trace", no_argument, nullptr, 't'},          {"view", no_argument, nullptr, 'v'},
-        {"step", no_argument, nullptr, kStep},         {"strict", no_argument, nullptr, kStrict},
-        {"rules", required_argument, nullptr, kRules}, {"help", no_argument, nullptr, 'h'},
-        {"version", no_argument, nullptr, kVersion},   {}};
+    enum { kStep = 1000, kStrict, kRules, kSchema, kVersion };
+    const option options[] = {{"phones", no_argument, nullptr, 'p'},
+                              {"rate", required_argument, nullptr, 'r'},
+                              {"textgrid", required_argument, nullptr, 'g'},
+                              {"svg", required_argument, nullptr, 's'},
+                              {"trace", no_argument, nullptr, 't'},
+                              {"view", no_argument, nullptr, 'v'},
+                              {"step", no_argument, nullptr, kStep},
+                              {"strict", no_argument, nullptr, kStrict},
+                              {"rules", required_argument, nullptr, kRules},
+                              {"schema", no_argument, nullptr, kSchema},
+                              {"help", no_argument, nullptr, 'h'},
+                              {"version", no_argument, nullptr, kVersion},
+                              {}};
     for (int c = 0; (c = getopt_long(argc, argv, "pr:g:s:tvh", options, nullptr)) != -1;) {
         switch (c) {
             case 'p': read.bPhones = true; break;
@@ -221,6 +228,7 @@ bool ReadOptions(int argc, char** argv, Options& read, std::string& answer) {
             case kStrict: read.bStrict = true; break;
             case kRules: read.rules = optarg; break;
             case 'h': answer = kUsage; return true;
+            case kSchema: answer = transcribe::NamesForRules(); return true;
             case kVersion: answer = "transcribe " MLDS_VERSION "\n"; return true;
             case 'r':
                 if (ReadRate(optarg, read.rate)) break;

@@ -35,7 +35,20 @@ void CountEverywhere(CPlexa* pPlexa) {
     }
 }
 
+void CountEnd(CStreamObj* p) {
+    CStream* pStream = Internals::StreamOf(p);
+    ++PlaceAccess::Destroyed(pStream);
+    if ((Internals::State(p) & osNamedAbroad) != 0 && Internals::PlexaOf(pStream) != nullptr) {
+        CountEverywhere(Internals::PlexaOf(pStream));
+    }
+    PlaceAccess::Set(p, 0);
+}
+
 }  // namespace
+
+void NoteGone(CStreamObj* p) {
+    CountEnd(p);
+}
 
 void CountReturn(CStreamObj* p) {
     --PlaceAccess::Absent(Internals::StreamOf(p));
@@ -44,12 +57,11 @@ void CountReturn(CStreamObj* p) {
 void NoteEnd(CStreamObj* p) {
     if (!Internals::IsAbsent(p)) return;
     CStream* pStream = Internals::StreamOf(p);
-    CPlexa* pPlexa = Internals::PlexaOf(pStream);
-    ++PlaceAccess::Destroyed(pStream);
-    if (pPlexa != nullptr && (Internals::State(p) & osNamedAbroad) != 0) CountEverywhere(pPlexa);
-    PlaceAccess::Set(p, 0);
-    if (--PlaceAccess::Absent(pStream) == 0 && pPlexa == nullptr)
+    CountEnd(p);
+    // The last one that knows a stream whose container is gone takes it along.
+    if (--PlaceAccess::Absent(pStream) == 0 && Internals::PlexaOf(pStream) == nullptr) {
         PlaceAccess::DestroyShell(pStream);
+    }
 }
 
 }  // namespace mlds

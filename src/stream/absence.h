@@ -25,6 +25,8 @@ namespace mlds {
 
 /// The object has just left the chain between its two neighbours.
 void NoteRemoval(CStreamObj* p);
+/// The same for an object that is destroyed at once, as most are.
+void NoteGone(CStreamObj* p);
 /// The object has come to lie in a chain that was cut out of the stream with the index `origin`.
 void NoteCut(CStreamObj* p, std::uint32_t origin);
 /// The object is about to be linked.

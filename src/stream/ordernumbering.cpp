@@ -52,8 +52,10 @@ OrderNumbering* OrderNumbering::CommonNumbering(CStreamObj* p, CStreamObj* pLeft
 
 void OrderNumbering::Link(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight,
                           const CStream* pVia) {
-    LeaveDetached(p);
-    NoteReturn(p);
+    if (Internals::IsAbsent(p)) [[unlikely]] {
+        LeaveDetached(p);
+        NoteReturn(p);
+    }
     if (OrderNumbering* pNumbering = CommonNumbering(p, pLeft, pRight, pVia)) {
         pNumbering->LinkHere(p, pLeft, pRight);
     } else {
@@ -172,13 +174,13 @@ void OrderNumbering::RenumberNow() {
     m_bPending = false;
 }
 
-void OrderNumbering::Unlink(CStreamObj* p) {
+void OrderNumbering::Unlink(CStreamObj* p, bool bGoes) {
     if ((Internals::State(p) & osNumbered) != 0) NumberingOf(p)->Leave(p);
     CStreamObj* pNext = Internals::Next(p);
     CStreamObj* pPrev = Internals::Prev(p);
     if (pPrev != nullptr) pPrev->m_pNext = pNext;
     if (pNext != nullptr) pNext->m_pPrev = pPrev;
-    NoteRemoval(p);
+    bGoes ? NoteGone(p) : NoteRemoval(p);
 }
 
 void OrderNumbering::Detach(CStreamObj* pFirst, CStreamObj* pLast, const CStream* pOrigin) {

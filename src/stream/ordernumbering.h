@@ -43,8 +43,9 @@ public:
 
     /// Links an object between two neighbours, on behalf of the stream `pVia`.
     static void Link(CStreamObj* p, CStreamObj* pLeft, CStreamObj* pRight, const CStream* pVia);
-    /// Takes a linked object out of its chain; its own links and its index stay readable.
-    static void Unlink(CStreamObj* p);
+    /// Takes a linked object out of its chain; its own links and its index stay readable. With
+    /// `bGoes` it is destroyed next.
+    static void Unlink(CStreamObj* p, bool bGoes = false);
 
     /// Cuts the run of linked objects pFirst to pLast out of its chain, on behalf of the stream
     /// `pOrigin`. It is a chain of its own then, its objects keep their indices.

@@ -85,7 +85,7 @@ CStreamObj* CStream::RemoveStreamObj(CStreamObj* p, bool bDelete) {
     --(Internals::IsSyncMark(p) ? m_nSyncMarks : m_nTokens);
     // Removals are reported even by a quiet stream: its viewer must not keep what is gone.
     mlds::ReportRemoved(m_pPlexa, p);
-    OrderNumbering::Unlink(p);
+    OrderNumbering::Unlink(p, bDelete);
     if (bDelete) {
         Internals::Destroy(p);
         return nullptr;

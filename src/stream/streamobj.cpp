@@ -57,7 +57,7 @@ CStreamObj& CStreamObj::operator=(const CStreamObj& other) {
 CStreamObj::~CStreamObj() {
     // Objects leave their stream first. One that was deleted in place must not stay behind in the
     // links of its neighbours.
-    if (Internals::IsLinked(this)) OrderNumbering::Unlink(this);
+    if (Internals::IsLinked(this)) OrderNumbering::Unlink(this, true);
     OrderNumbering::LeaveDetached(this);
     if (m_bHasHandle) mlds::ForgetHandle(this);
     mlds::NoteEnd(this);

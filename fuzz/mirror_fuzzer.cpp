@@ -58,7 +58,7 @@ void ReadAsMessages(std::string_view text) {
     TiersText(journal.now(), 40);
     StreamsText(journal.now());
     VariablesText(journal.now());
-    Check(journal.StructureAt(journal.last() / 2));
+    Check(*Rebuild(journal.ExcerptAt(journal.last() / 2)));
 }
 
 }  // namespace

@@ -62,6 +62,25 @@ TEST(TestAssembler, AnAssembledTestRuns) {
     EXPECT_THAT(WriteSchema(SchemaOf(t.plexa, &variables)), HasSubstr("variable ^at ^end\n"));
 }
 
+TEST(TestAssembler, ASchemaIsWrittenAsItWasRead) {
+    const std::string text = R"(stream inp
+field name enum a '\xe9' '\'' '07' tS enum
+field n int
+stream 'a b'
+field type3 type3
+field front enum yes no
+set yes 'not so'
+variable ^at $seen ^'1'
+)";
+    Diagnostics diagnostics("names");
+    const Schema schema = ReadSchema(text, diagnostics);
+    EXPECT_EQ(diagnostics.Text(), "");
+    EXPECT_EQ(WriteSchema(schema), text);
+    // A value that looks like a number stays as it is written.
+    const Schema bare = ReadSchema("stream inp\nfield name enum 07 -0", diagnostics);
+    EXPECT_EQ(bare.streams.at(0).fields.at(0).values, (std::vector<std::string>{"07", "-0"}));
+}
+
 TEST(TestAssembler, OperandsBecomeBytes) {
     struct {
         const char* source;

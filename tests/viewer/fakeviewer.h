@@ -128,6 +128,8 @@ public:
     }
     /// Goes, as a viewer does that is closed. Another takes its place.
     void Leave() { ::shutdown(m_reports, SHUT_RDWR); }
+    /// Stops reading, in the middle of the message that comes next, and leaves all open.
+    void Freeze() { m_bFrozen = true; }
     void CloseRequests() { ::shutdown(m_requests, SHUT_RDWR); }
 
 private:
@@ -176,14 +178,18 @@ private:
     }
 
     void Acknowledge(int s) {
-        const bool bSilent = m_manners.nAnswers == 0;
-        for (int i = 0; bSilent && !m_bEnd && i < kMostSeconds * 1000; ++i) ::usleep(1000);
+        if (m_manners.nAnswers == 0) WaitForTheEnd();
         --m_manners.nAnswers;
         for (const Bytes& ack : m_manners.acks) {
             if (&ack != m_manners.acks.data()) ::usleep(2000);
             ::send(s, ack.data(), ack.size(), MSG_NOSIGNAL);
         }
         ++m_nAcks;
+    }
+
+    // Not longer than a test should take: a host that waits for ever is a failure, not a hang.
+    void WaitForTheEnd() const {
+        for (int i = 0; !m_bEnd && i < kMostSeconds * 1000; ++i) ::usleep(1000);
     }
 
     static bool Read(int s, Bytes& bytes, std::size_t n) {
@@ -203,6 +209,7 @@ private:
     bool ReadMessage(int s) {
         Bytes bytes;
         if (!Read(s, bytes, 8)) return false;
+        if (m_bFrozen) WaitForTheEnd();
         const std::uint32_t code = WordAt(bytes, 4);
         std::string message = std::to_string(code);
         if (WordAt(bytes, 0) != 3) message += " in no int item";
@@ -223,6 +230,7 @@ private:
     std::atomic<int> m_reports{-1};
     std::atomic<int> m_requests{-1};
     std::atomic<int> m_nAcks{0};
+    std::atomic<bool> m_bFrozen{false};
     std::atomic<bool> m_bEnd{false};
     std::mutex m_mutex;
     std::vector<std::string> m_messages;

@@ -7,12 +7,14 @@
 #include <sys/time.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstring>
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <thread>
 
 #include "support/tiers.h"
 #include "viewer/fakeviewer.h"
@@ -301,17 +303,17 @@ int Milliseconds(const std::function<void()>& work) {
 // A viewer that stops answering costs the host its patience once. A minute is "without end".
 TEST(Link, LosesPatienceWithASilentViewer) {
     const int nOpen = OpenDescriptors();
-    for (const int nAnswers : {0, 1, 2, 3, 8, 15, 16}) {
+    for (const int nAnswers : {0, 1, 2, 8, 16}) {
         Linked l(Manners{.nAnswers = nAnswers});
         CPlexa& c = l.t.plexa;
-        c.SetViewerPatience(60);
+        c.SetViewerPatience(300);  // acknowledgements of a busy machine are quicker
         const int nTime = Milliseconds([&] {
             EXPECT_EQ(l.Start(), nAnswers >= 2) << "whether both greetings were answered";
             c.InsertString(l.pStream, "bb", l.t.Mark("p", 1), l.t.Mark("p", 1));
             for (int i = 0; i < 100; ++i) c.sendMessage("more");
         });
-        EXPECT_GE(nTime, 60);
-        EXPECT_LT(nTime, 1000);
+        EXPECT_GE(nTime, 300);
+        EXPECT_LT(nTime, 5000);
         EXPECT_FALSE(c.HasViewer());
         EXPECT_EQ(l.t.Picture("p"), "||a|b|b||");
         FakeViewer next(Manners{.nAnswers = 25});
@@ -321,7 +323,7 @@ TEST(Link, LosesPatienceWithASilentViewer) {
         EXPECT_LT(Milliseconds([&] {
                       for (int i = 0; i < 30; ++i) c.sendMessage("more");
                   }),
-                  1000)
+                  5000)
             << "and the patience is still there";
         EXPECT_FALSE(c.HasViewer());
     }
@@ -330,18 +332,14 @@ TEST(Link, LosesPatienceWithASilentViewer) {
 
 TEST(Link, LosesPatienceWhereverItWaits) {
     {
-        Linked l(Manners{.nAnswers = 16});
+        Linked l;
         ASSERT_TRUE(l.Start());
         l.t.plexa.SetViewerPatience(60);
-        l.t.plexa.sendMessage("the last that is read");
-    }
-    {
-        Linked l(Manners{.nAnswers = 16});
-        ASSERT_TRUE(l.Start());
-        l.t.plexa.SetViewerPatience(1);
-        const std::string text(64 << 20, 'x');  // more than is taken off our hands
+        l.viewer.Freeze();
+        const std::string text(32 << 20, 'x');  // more than the system takes off our hands
         const int nTime = Milliseconds([&] { l.t.plexa.sendMessage(text.c_str()); });
-        EXPECT_LT(nTime, 10000) << "in the middle of a message";
+        EXPECT_GE(nTime, 60);
+        EXPECT_LT(nTime, 5000) << "in the middle of a message";
         EXPECT_FALSE(l.t.plexa.HasViewer());
     }
     {
@@ -363,11 +361,17 @@ TEST(Link, LosesPatienceWhereverItWaits) {
         ConfigFolder folder("port=" + std::to_string(ntohs(address.sin_port)));
         Tiers t{{"p"}};
         t.plexa.SetViewerPatience(60);
+        std::atomic<bool> bDone{false};
+        std::thread limit([&] {
+            for (int i = 0; !bDone && i < 10000; ++i) ::usleep(1000);
+            ::close(listener);  // refuses those that still ask
+        });
         const int nTime = Milliseconds([&] { EXPECT_FALSE(t.plexa.StartMessageEngine()); });
+        bDone = true;
+        limit.join();
         EXPECT_GE(nTime, 60);
-        EXPECT_LT(nTime, 1000);
+        EXPECT_LT(nTime, 5000);
         for (const int fd : waiting) ::close(fd);
-        ::close(listener);
     }
 }
 

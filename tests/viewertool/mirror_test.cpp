@@ -268,7 +268,7 @@ TEST(Mirror, IsKeptAsItWasAfterEachMessage) {
     EXPECT_EQ(ObjectsOf(journal.Entries(2999, 2)), (std::vector<Id>{2998, 2996 + 3}));
     EXPECT_EQ(journal.Entries(1, 9999).size(), journal.last() - journal.first() + 1);
     // From what was built before, whatever that was.
-    for (const std::size_t k : {2700, 2705, 2701, 3001, 2600, 1500, 2999}) {
+    for (const std::size_t k : {2700U, 2705U, 2701U, 3001U, 2600U, 1500U, 2999U}) {
         const Excerpt excerpt = journal.ExcerptAt(k);
         journal.Remember(k, Rebuild(excerpt));
         EXPECT_EQ(at(k), texts[k]) << k;

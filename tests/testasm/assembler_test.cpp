@@ -138,6 +138,7 @@ TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
         {"Eq %inp.name 'ch'", "3:17: error: expected one character"},
         {"Eq %inp.open 'maybe'", "3:17: error: expected yes or no"},
         {"Eq %inp.f 'x'", "3:14: error: expected a number"},
+        {"Eq %phone.name 'zz'", "3:19: error: expected a value or set of the field"},
         {"Eq %phone.both 'y'", "3:19: error: expected a number, as this is value 1 and set 0"},
         {"Eq 1 'c'", "3:9: error: expected %stream.field:value"},
         {"Star p limit q\nq: ParentPtr $seen", "3:17: error: expected a mark variable"},

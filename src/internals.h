@@ -87,6 +87,8 @@ struct Internals {
                p->m_pNumbering != nullptr;
     }
     static int IndexOf(const CStream* p) { return p->m_nIndex; }
+    /// The stream itself, or the one that it is a copy of.
+    static CStream* OwnerOf(CStream* p) { return p->m_bOwner ? p : StreamOf(p->m_pFirst); }
     static CPlexa* PlexaOf(const CStream* p) { return p->m_pPlexa; }
     static CSyncMark* First(const CStream* p) { return p->m_pFirst; }
     static CSyncMark* Last(const CStream* p) { return p->m_pLast; }
@@ -134,7 +136,8 @@ inline bool IsUsable(const CStreamObj* p) {
 
 /// True if the stream or object was made for a stream of this container. Null belongs nowhere.
 inline bool BelongsTo(const CPlexa* pPlexa, const CStream* pStream) {
-    return pStream != nullptr && Internals::PlexaOf(pStream) == Internals::Home(pPlexa);
+    return pStream != nullptr && pPlexa != nullptr &&
+           Internals::PlexaOf(pStream) == Internals::Home(pPlexa);
 }
 
 inline bool BelongsTo(const CPlexa* pPlexa, const CStreamObj* p) {

@@ -78,7 +78,7 @@ bool CPlexa::StripOutTokens(CStream* pFrom, CSyncMark* pLeft, CSyncMark* pRight,
     CSyncMark* pEnd = nullptr;
     BracketToken(pLeft, sdRight, &pStart, &pEnd, nullptr, nullptr);
     // Marks of other streams in the chain could make the bracket empty, or lead back.
-    while (pStart != nullptr && pEnd != nullptr && pStart->LeftOf(pEnd) &&
+    while (mlds::IsUsable(pStart) && mlds::IsUsable(pEnd) && pStart->LeftOf(pEnd) &&
            Context(pEnd, pRight, sdRight)) {
         CStreamObj* pCandidate = Internals::Next(pStart);
         if (Internals::IsToken(pCandidate) &&

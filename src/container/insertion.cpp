@@ -109,17 +109,25 @@ bool CPlexa::InsertStreamObjects(CStream* pInto, CSyncMark* pLeft, CSyncMark* pR
 // there is no memory for a mark between tokens.
 bool CPlexa::InsertList(CStream* pInto, CStreamObj* pFrom, CStreamObj* pTo, CStreamObj** objs,
                         int count) {
+    mlds::Attempt attempt(this);
     for (int i = 0; i < count; ++i) {
         CStreamObj* pObj = objs[i];
         // What is neither token nor mark is left out, and what stands in the list twice goes in
         // once.
-        if (!IsTokenOrMark(pObj) || Internals::IsLinked(pObj)) continue;
+        if (!IsTokenOrMark(pObj) || Internals::IsLinked(pObj)) {
+            attempt.Refuse(mlds::kNotPlaced);
+            continue;
+        }
         if (Internals::IsToken(pObj) && Internals::IsToken(pFrom)) {
             CSyncMark* pBetween = mlds::InsertNewMark(pInto, pFrom, pTo);
             if (pBetween == nullptr) return false;
             pFrom = pBetween;
         }
-        if (pInto->InsertStreamObj(pObj, pFrom, pTo)) pFrom = pObj;
+        if (pInto->InsertStreamObj(pObj, pFrom, pTo)) {
+            pFrom = pObj;
+        } else {
+            attempt.Refuse(mlds::kNotPlaced);
+        }
     }
     return true;
 }

@@ -36,7 +36,7 @@ bool CPlexa::BracketToken(CSyncMark* pSyncMark, ScanDirectionType direction, CSy
 CSyncMark* CPlexa::Move(CStream* pInto, CSyncMark* pSyncMark, ScanDirectionType direction) {
     if (!mlds::BelongsTo(this, pSyncMark) || !mlds::BelongsTo(this, pInto)) return nullptr;
     CSyncMark* p = pSyncMark->GetCorrespondingSyncMark(pInto);
-    if (p == nullptr || !Internals::HasPlace(p)) return nullptr;
+    if (p == nullptr) return nullptr;
     for (;;) {
         CStreamObj* pNext = mlds::StepFrom(p, direction == sdRight);
         if (pNext == nullptr || Internals::IsToken(pNext)) return p;

@@ -99,7 +99,12 @@ CSyncMark* CPlexa::ProjectSyncMark(const char* streamName, CSyncMark* pSyncMark,
 
 CSyncMark* CPlexa::ProjectSyncMark(CStream** ppStreams, int count, CSyncMark* pSyncMark,
                                    CSyncMark* pSyncMarkDisambiguator, ScanDirectionType) {
-    if (pSyncMark == nullptr || ppStreams == nullptr) return nullptr;
+    mlds::Attempt attempt(this);
+    if (pSyncMark == nullptr || ppStreams == nullptr || count <= 0) {
+        attempt.Refuse(ppStreams == nullptr || count <= 0 ? "there is no stream in the list"
+                                                          : mlds::kNoMark);
+        return nullptr;
+    }
     CSyncMark* pProjected = nullptr;
     for (int i = 0; i < count; ++i) {
         if (ppStreams[i] == nullptr) continue;
@@ -107,5 +112,6 @@ CSyncMark* CPlexa::ProjectSyncMark(CStream** ppStreams, int count, CSyncMark* pS
         pProjected = ProjectSyncMark(ppStreams[i], pSyncMark, pSyncMarkDisambiguator);
         if (pProjected == nullptr) return nullptr;
     }
+    if (pProjected == nullptr) attempt.Refuse("there is no other stream in the list");
     return pProjected;
 }

@@ -6,7 +6,8 @@
 using mlds::Internals;
 
 int CPlexa::AddStream(const char* name) {
-    if (name == nullptr || m_nStreams == kMaxStreams) return -1;
+    // A copy of a container could not give its stream to the others.
+    if (name == nullptr || m_nStreams == kMaxStreams || m_pHome != this) return -1;
     CStream* pAdded = Internals::NewStream(this, m_nStreams);
     if (pAdded == nullptr) return -1;
     m_pStreams[m_nStreams] = pAdded;

@@ -11,7 +11,9 @@ void NoteRemoval(CStreamObj* p) {
     CStream* pStream = Internals::StreamOf(p);
     if (!Internals::IsAbsent(p)) ++PlaceAccess::Absent(pStream);
     PlaceAccess::Set(p, osRemoved);
-    PlaceAccess::SetEpoch(p, Internals::Destroyed(pStream));
+    // Without a container nobody counts for neighbours of other streams: links lead nowhere then.
+    const bool bAlone = Internals::PlexaOf(pStream) == nullptr;
+    PlaceAccess::SetEpoch(p, Internals::Destroyed(pStream) - (bAlone ? 1 : 0));
     for (const bool bRight : {false, true}) {
         CStreamObj* pNamed = Internals::Neighbour(p, bRight);
         if (pNamed != nullptr && Internals::StreamOf(pNamed) != pStream) {

@@ -52,6 +52,7 @@ CStream::CStream(const CStream& other) : m_bOwner(false), m_nDestroyed(0), m_nAb
 CStream& CStream::operator=(const CStream& other) {
     // A container's own stream keeps what it has: everything in it would be lost.
     if (this == &other || m_bOwner) return *this;
+    if (other.m_pNumbering == nullptr) return *this;  // of a container that is gone
     other.m_pNumbering->SettleNow();
     m_nIndex = other.m_nIndex;
     m_pPlexa = other.m_pPlexa;
@@ -74,7 +75,7 @@ CStream& CStream::operator=(const CStream& other) {
 // The stream that chain, fields and text belong to. What is made through a copy is made for that
 // one: it must not know a copy that may go at any time.
 CStream* CStream::Owner() {
-    return m_bOwner ? this : Internals::StreamOf(m_pFirst);
+    return Internals::OwnerOf(this);
 }
 
 CStream::~CStream() {
@@ -93,17 +94,18 @@ void CStream::Release() {
 // The end of a stream whose container goes. Objects that the host holds still know it.
 void CStream::Abandon() {
     Release();
-    m_bOwner = false;
     m_pPlexa = nullptr;
     m_pFirst = nullptr;
     m_pLast = nullptr;
     m_pText = nullptr;
+    std::memset(m_pFields, 0, sizeof m_pFields);
     m_nFields = 0;
     m_pNumbering = nullptr;
     if (m_nAbsent == 0) delete this;
 }
 
 void CStream::StreamReset() {
+    if (m_pFirst == nullptr) return;
     while (Internals::Next(m_pFirst) != m_pLast) {
         RemoveStreamObj(Internals::Next(m_pFirst), true);
     }
@@ -123,7 +125,9 @@ CPlexa* CStream::pGetStreamPlexa() {
 }
 
 CField* CStream::AddField(const char* name) {
-    if (name == nullptr || m_nFields == kMaxFields || !m_bOwner) return nullptr;
+    if (name == nullptr || m_nFields == kMaxFields || !m_bOwner || m_pPlexa == nullptr) {
+        return nullptr;
+    }
     auto* pField = new (std::nothrow) CField(this);
     if (pField == nullptr) return nullptr;
     pField->SetFieldName(name);
@@ -165,11 +169,12 @@ CToken* Complete(CToken* pToken, const CStream* pStream) {
 }  // namespace
 
 CToken* CStream::CreateToken() {
-    return Complete(new CToken(Owner()), Owner());
+    return m_pPlexa != nullptr ? Complete(new CToken(Owner()), Owner()) : nullptr;
 }
 
 CToken* CStream::CreateToken(const char* name) {
-    return name != nullptr ? Complete(new CToken(Owner(), name), Owner()) : nullptr;
+    return name != nullptr && m_pPlexa != nullptr ? Complete(new CToken(Owner(), name), Owner())
+                                                  : nullptr;
 }
 
 int CStream::GetNumTokens() {
@@ -181,5 +186,5 @@ int CStream::GetNumSyncMarks() {
 }
 
 void CStream::Renumber() {
-    m_pNumbering->RenumberNow();
+    if (m_pNumbering != nullptr) m_pNumbering->RenumberNow();
 }

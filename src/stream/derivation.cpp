@@ -69,7 +69,7 @@ void DeriveFields(CStream* pStream, FieldSlots* pSlots, int nameValue) {
     const int n = static_cast<int>(pSlots->nSlots);
     for (int j = 1; j < n; ++j) {
         CField* pField = Internals::Field(pStream, j);
-        if (Internals::NumSets(pField) == 0) continue;
+        if (pField == nullptr || Internals::NumSets(pField) == 0) continue;
         const int set = DerivedValue(pStream, pField, nameValue);
         if (set != DerivedValues::kNone) pSlots->slots()[j].value = set;
     }

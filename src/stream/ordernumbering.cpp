@@ -219,6 +219,13 @@ void OrderNumbering::LinkDetached(CStreamObj* p, CStreamObj* pLeft, CStreamObj* 
     const std::uint32_t right = pRight->m_nOrderIndex;
     const std::uint32_t origin = Internals::Epoch(pLeft);
     NoteCut(p, origin);
+    // A stranger in the chain will be one in the stream that the chain goes back to.
+    CPlexa* pPlexa = Internals::PlexaOf(pStream);
+    if (pPlexa != nullptr && static_cast<std::uint32_t>(Internals::IndexOf(pStream)) != origin) {
+        OrderNumbering* pNumbering =
+            Internals::Numbering(Internals::Stream(pPlexa, static_cast<int>(origin)));
+        if (!pNumbering->m_bAtOnce) pNumbering->NumberAtOnceFromNowOn();
+    }
     p->m_nOrderIndex = Midpoint(left, right);
     // An exhausted gap numbers the stream anew as ever, though it does not reach what was cut out.
     if (p->m_nOrderIndex == left || p->m_nOrderIndex == right) {

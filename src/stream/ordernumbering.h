@@ -18,9 +18,8 @@
 //  3. While one is pending, no numbered object has left: ranks counted now, newer objects left out,
 //     are the ranks of the moment when it was noted.
 //  4. Computed indices increase along the chain.
-//  5. The anchor's index is computed, and m_nAnchorRank is its rank among all linked objects:
-//  whoever
-//     comes or goes compares indices with it.
+//  5. The anchor's index is computed, and m_nAnchorRank is its rank among all linked objects.
+//     Whoever comes or goes compares indices with it.
 //
 // Costs: a numbering is noted for the steps between the new object and the anchor or the nearer
 // end. An index that is not computed is first looked for nearby: the rank of a computed numbered

@@ -11,7 +11,9 @@ using mlds::Internals;
 using mlds::OrderNumbering;
 
 CStreamObj::CStreamObj(CStream* pStream)
-    : CStreamObj(pStream, pStream != nullptr ? Internals::IndexOf(pStream) : 0) {}
+    // What is made for a copy of a stream is made for the stream: the copy may go at any time.
+    : CStreamObj(pStream != nullptr ? Internals::OwnerOf(pStream) : nullptr,
+                 pStream != nullptr ? Internals::IndexOf(pStream) : 0) {}
 
 CStreamObj::CStreamObj(CStream* pStream, int streamIndex)
     : m_pStream(pStream),

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "mlds/stream.h"
+#include "stream/absence.h"
 #include "stream/ordernumbering.h"
 #include "stream/textbuffer.h"
 
@@ -10,9 +11,10 @@ using mlds::Internals;
 
 namespace {
 
-// A bound of a count: an object in a chain of the container; a token only of this stream.
+// A bound of a count: an object that is or was in a chain of the container; a token only of this
+// stream.
 bool IsBound(CStreamObj* p, CStream* pStream) {
-    return Internals::IsInChain(p) && mlds::BelongsTo(Internals::PlexaOf(pStream), p) &&
+    return Internals::HasPlace(p) && mlds::BelongsTo(Internals::PlexaOf(pStream), p) &&
            (Internals::IsSyncMark(p) || Internals::StreamOf(p) == pStream);
 }
 
@@ -29,13 +31,14 @@ bool ProjectBound(CSyncMark*& pBound, CStream* pStream) {
 
 char* CStream::GetStr(CSyncMark* from, CSyncMark* to, bool bWithSyncMarks) {
     if (!m_bOwner) return Owner()->GetStr(from, to, bWithSyncMarks);
+    if (m_pText == nullptr) return m_szSyncMark + 1;  // the container is gone: nothing
     m_pText[0] = '\0';
     CSyncMark* pFrom = from != nullptr ? from : m_pFirst;
     CSyncMark* pTo = to != nullptr ? to : m_pLast;
     if (!ProjectBound(pFrom, this) || !ProjectBound(pTo, this)) return m_pText;
-    if (!Internals::IsInChain(pFrom)) return m_pText;
+    if (!Internals::HasPlace(pFrom)) return m_pText;
     std::size_t length = 0;
-    for (CStreamObj* p = pFrom; p != nullptr; p = Internals::Next(p)) {
+    for (CStreamObj* p = pFrom; p != nullptr; p = mlds::StepFrom(p, true)) {
         const char* item = "";
         if (Internals::IsToken(p)) {
             item = static_cast<CToken*>(p)->GetNameField();
@@ -77,7 +80,7 @@ int CStream::GetNumTokens(CSyncMark* from, CSyncMark* to, bool bProject) {
     CStreamObj* pTo = to != nullptr ? to : m_pLast;
     if (!pFrom->LeftOf(pTo)) return 0;
     int n = 0;
-    for (CStreamObj* p = pFrom; p != nullptr && p != pTo; p = Internals::Next(p)) {
+    for (CStreamObj* p = pFrom; p != nullptr && p != pTo; p = mlds::StepFrom(p, true)) {
         if (Internals::IsToken(p)) ++n;
     }
     return n;
@@ -91,7 +94,7 @@ int CStream::GetNumSyncMarks(CSyncMark* from, CSyncMark* to) {
     CStreamObj* pTo = to == nullptr || to == m_pLast ? Internals::Prev(m_pLast) : to;
     // The closing bound counts as one, whatever it is.
     int n = 1;
-    for (CStreamObj* p = pFrom; p != pTo; p = Internals::Next(p)) {
+    for (CStreamObj* p = pFrom; p != pTo; p = mlds::StepFrom(p, true)) {
         if (p == nullptr) return -1;  // the bounds were not in order
         if (Internals::IsSyncMark(p)) ++n;
     }

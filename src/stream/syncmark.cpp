@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "stream/absence.h"
 #include "stream/fence.h"
 #include "stream/synctable.h"
 
@@ -59,8 +60,7 @@ bool CSyncMark::IsSynchronousWithFence() {
 }
 
 CSyncMark* CSyncMark::GetCorrespondingSyncMark(int streamIndex) {
-    CStream* pStream = Internals::StreamOf(this);
-    if (pStream != nullptr && Internals::IndexOf(pStream) == streamIndex) return this;
+    if (Internals::StreamOf(this) != nullptr && Internals::SlotOf(this) == streamIndex) return this;
     if (streamIndex < 0 || streamIndex >= SyncTable::kSlots) return nullptr;
     return Internals::Counterpart(this, streamIndex);
 }
@@ -182,7 +182,7 @@ CSyncMark* CSyncMark::UptoTokens(ScanDirectionType direction, int n) {
     for (int i = 0;; ++i) {
         CStreamObj* pToken = p->GetAdjacentStreamObj(direction, otToken);
         if (pToken == nullptr) return nullptr;
-        pBefore = pToken->GetAdjacentStreamObj(back);
+        pBefore = mlds::StepFrom(pToken, back == sdRight);
         if (i == n) break;
         p = pToken->GetAdjacentStreamObj(direction, otSyncMark);
         if (p == nullptr) return nullptr;
@@ -198,7 +198,7 @@ CSyncMark* CSyncMark::OverTokens(ScanDirectionType direction, int n) {
     for (int i = 0; i < n; ++i) {
         CStreamObj* pToken = p->GetAdjacentStreamObj(direction, otToken);
         if (pToken == nullptr) return nullptr;
-        p = pToken->GetAdjacentStreamObj(direction);
+        p = mlds::StepFrom(pToken, direction == sdRight);
         if (p == nullptr) return nullptr;
     }
     return Internals::IsSyncMark(p) ? static_cast<CSyncMark*>(p) : nullptr;

@@ -139,6 +139,7 @@ char* CToken::GetFieldValueString(int i) {
     const FieldSlot* pSlot = mlds::SlotAt(this, i);
     if (pSlot == nullptr) return nullptr;
     CField* pField = Internals::Field(Internals::StreamOf(this), i);
+    if (pField == nullptr) return nullptr;  // of a container that is gone
     if (pField->GetFieldType() == fvChar) {
         m_szChar[0] = static_cast<char>(pSlot->value);
         m_szChar[1] = '\0';
@@ -170,6 +171,7 @@ void CToken::SetFieldValue(int i, int value) {
         m_cDisplay = static_cast<char>(value);
         mlds::DeriveFields(pStream, m_pSlots, value);
     }
+    if (Internals::PlexaOf(pStream) == nullptr) return;
     if (GetPrevStreamObj() != nullptr || GetNextStreamObj() != nullptr) {
         mlds::ReportTokenChanged(Internals::PlexaOf(pStream), this);
     }
@@ -179,6 +181,7 @@ void CToken::SetFieldValue(int i, const char* text) {
     if (text == nullptr || mlds::SlotAt(this, i) == nullptr) return;
     const char first = text[0];
     CField* pField = Internals::Field(Internals::StreamOf(this), i);
+    if (pField == nullptr) return;
     switch (pField->GetFieldType()) {
         case fvChar: SetFieldValue(i, CharValue(first)); break;
         case fvInt: SetFieldValue(i, mlds::platform::TextToInt(text)); break;
@@ -201,6 +204,7 @@ void CToken::SetFieldValue(const char* fieldName, const char* text) {
 void CToken::ResetFieldValuesToDefault() {
     for (int i = 0, n = mlds::NumSlots(this); i < n; ++i) {
         CField* pField = Internals::Field(Internals::StreamOf(this), i);
+        if (pField == nullptr) return;
         SetFieldValue(i, *static_cast<std::int32_t*>(pField->GetDefaultValue()));
     }
 }

@@ -43,6 +43,7 @@ bool CToken::IsItA(const char* className) {
         // The first field that has such a set settles it.
         for (int i = 0, n = mlds::NumSlots(this); i < n; ++i) {
             CField* pField = Internals::Field(Internals::StreamOf(this), i);
+            if (pField == nullptr) return false;  // of a container that is gone
             if (CFieldValueSet* pSet = pField->GetFieldValueSet(className)) {
                 return m_pSlots->slots()[i].value == pSet->GetIndex();
             }
@@ -57,6 +58,7 @@ bool CToken::IsItA(const char* fieldName, const char* className) {
     const FieldSlot* pSlot = mlds::SlotAt(this, i);
     if (pSlot == nullptr || className == nullptr) return false;
     CField* pField = Internals::Field(Internals::StreamOf(this), i);
+    if (pField == nullptr) return false;
     if (CFieldValueSet* pSet = pField->GetFieldValueSet(className)) {
         return pSlot->value == pSet->GetIndex();
     }

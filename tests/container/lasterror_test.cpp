@@ -102,6 +102,11 @@ TEST(LastError, SaysWhyAnEditWasRefused) {
               "the stream is none of this container whose field 0 is a number");
     EXPECT_EQ(error(c.Mark(s.pPhone, "strss", 1, s.pLeft, s.pRight)),
               "done: the stream has no field \"strss\"");
+    CStreamObj* list[] = {pToken};
+    EXPECT_EQ(error(c.InsertStreamObjects(s.pPhone, pStart, s.pLeft, list, 1)),
+              "done: the stream has no place for the object there");
+    EXPECT_EQ(error(c.ProjectSyncMark(nullptr, 0, s.pLeft, nullptr, sdLeft) != nullptr),
+              "there is no stream in the list");
     EXPECT_EQ(error(c.DeleteStreamItems(s.pPhone, s.pLeft, s.pRight, bsmKeepBoth)), "done: ");
     CStream::DiscardStreamObj(pToken);
 }

@@ -110,12 +110,92 @@ TEST(Absence, ObjectsMayOutliveTheirStreams) {
             held.emplace_back(p, &CStream::DiscardStreamObj);
         }
     }
+    CToken* pToken = static_cast<CToken*>(held[0].get());
     for (const Held& p : held) {
-        EXPECT_EQ(p->GetStream()->pGetStreamPlexa(), nullptr) << "the stream is but a shell";
+        CStream* pShell = p->GetStream();
+        EXPECT_EQ(pShell->pGetStreamPlexa(), nullptr) << "the stream is but a shell";
+        EXPECT_STREQ(pShell->GetStr(nullptr, nullptr, true), "");
+        EXPECT_FALSE(pShell->InsertStreamObj(p.get(), nullptr, held[0].get()));
+        EXPECT_EQ(pShell->CreateToken("a"), nullptr);
+        pShell->StreamReset();
+        p->LinkBetween(held[2].get(), held[3].get());
         p->GetAdjacentStreamObj(sdRight, otSyncMark, true);
     }
-    EXPECT_EQ(held[0]->GetNextToken(), nullptr);
+    EXPECT_EQ(pToken->GetNextToken(), nullptr);
+    EXPECT_EQ(pToken->GetNameField(), nullptr);
+    pToken->SetFieldValue(0, 1);
+    pToken->SetFieldValue(0, "a");
+    EXPECT_FALSE(pToken->IsItA("vowel"));
+    // In the cut-out chain the links stay true, and what leaves it leads nowhere.
+    held[3]->UnLink();
+    EXPECT_EQ(held[3]->GetNextSyncMark(), nullptr);
     while (!held.empty()) held.pop_back();
+}
+
+// A token of q between marks of p, and what its end means to objects of p that were taken out.
+TEST(Absence, StrangersInTheChainAreAskedForTheirOwnLinks) {
+    for (const bool bRight : {false, true}) {
+        Tiers t{{"p", "|||||"}, {"q"}};
+        CToken* pStranger = t["q"]->CreateToken("x");
+        ASSERT_TRUE(t["p"]->InsertStreamObj(pStranger, 2, t.Mark("p", 1)));
+        CSyncMark* pMark = t.Mark("p", 1);
+        const Held mark = Remove(t["p"], pMark);
+        CSyncMark* pBeside = t.plexa.CreateSyncMark(t["q"]);
+        ASSERT_TRUE(t["p"]->InsertStreamObj(pBeside, bRight ? 2 : 3, pStranger));
+        const Held stranger = Remove(t["p"], pStranger);
+        t["p"]->RemoveStreamObj(pBeside, true);
+        EXPECT_EQ(pMark->GetNextToken(), pStranger);
+        EXPECT_EQ(bRight ? pMark->OverTokens(sdRight, 1) : pMark->UptoTokens(sdRight, 0), nullptr);
+    }
+}
+
+// A mark of q linked into what was cut out of p comes back with it, and both number what is theirs.
+TEST(Absence, StrangersComeBackWithTheChain) {
+    Tiers t{{"p", "||a|b||"}, {"q"}};
+    for (int i = 0; i < 80; ++i) {
+        t["q"]->InsertStreamObj(t.plexa.CreateSyncMark(t["q"]), 2, t.First("q"));
+    }
+    CSyncMark *m1 = t.Mark("p", 0), *m2 = t.Mark("p", 1);
+    CStreamObj *pFirst = nullptr, *pLast = nullptr;
+    ASSERT_TRUE(t["p"]->ExciseSection(m1, t.Mark("p", 2), &pFirst, &pLast, bsmKeepBoth));
+    CSyncMark* pStranger = t.plexa.CreateSyncMark(t["q"]);
+    pStranger->LinkBetween(pFirst, m2);
+    ASSERT_TRUE(t["p"]->InsertSection(pFirst, pLast, &m1, nullptr));
+    for (CStreamObj* p = m1; p->GetNextStreamObj() != nullptr; p = p->GetNextStreamObj()) {
+        EXPECT_LT(p->GetOrderIndex(), p->GetNextStreamObj()->GetOrderIndex());
+    }
+    t["p"]->RemoveStreamObj(pStranger, true);
+    t["q"]->Renumber();
+    EXPECT_EQ(t.Mark("q", 0)->GetOrderIndex(), 0xFFFFFFFFu / (81 + 10)) << "80 marks and the end";
+}
+
+TEST(Absence, StripsNothingAtMarksThatAreNotInTheStream) {
+    Tiers t{{"p", "|||"}, {"q"}};
+    CSyncMark* pGuest = t.plexa.CreateSyncMark(t["q"]);
+    ASSERT_TRUE(t["p"]->InsertStreamObj(pGuest, 2, t.Mark("p", 0)));
+    ASSERT_TRUE(t["p"]->InsertStreamObj(t.plexa.CreateSyncMark(t["p"]), 2, pGuest));
+    ASSERT_TRUE(t["p"]->InsertStreamObj(t["p"]->CreateToken("x"), 2, pGuest));
+    CSyncMark* pLoose = t.plexa.CreateSyncMark(t["p"]);
+    ASSERT_TRUE(pLoose->SetToSynchronous(pGuest));
+    CToken pattern(t["p"], "x");
+    EXPECT_TRUE(t.plexa.StripOutTokens(t["p"], t.Mark("p", 0), t.Mark("p", 2), &pattern));
+    EXPECT_EQ(t.Picture("p"), "|||x||");
+    CStream::DiscardStreamObj(pLoose);
+}
+
+// What is made through a copy of a stream belongs to the stream.
+TEST(Absence, CopiesOfStreamsAndContainersMayGo) {
+    Tiers t{{"p", "|||"}, {"q"}};
+    {
+        CStream copy(*t["p"]);
+        CSyncMark* pMark = new CSyncMark(&copy);
+        EXPECT_EQ(pMark->GetStream(), t["p"]);
+        EXPECT_TRUE(t["p"]->InsertStreamObj(pMark, 2, t.First("p")));
+        CPlexa container(t.plexa);
+        EXPECT_EQ(container.AddStream("r"), -1);
+    }
+    EXPECT_EQ(t.Picture("p"), "||||");
+    EXPECT_EQ(CheckStructure(t.plexa), "");
 }
 
 }  // namespace

@@ -3,7 +3,10 @@
 
 namespace mlds {
 
-CStreamObj* NearestWhileStale(CStreamObj* p, bool bRight, ObjectType type, bool bFences) {
+CStreamObj* NearestWhileStale(CStreamObj* p, bool bRight, ObjectType type, bool bFenceCheck) {
+    // An object that was never linked has no links, and its stream may be gone.
+    if (!Internals::HasPlace(p)) return nullptr;
+    const bool bFences = bFenceCheck && FencesMatter(p);
     do {
         if (bFences && IsHeldByFence(p)) return nullptr;
         p = StepFrom(p, bRight);

@@ -23,15 +23,15 @@ inline CStreamObj* NeighbourOf(CStreamObj* p, ScanDirectionType direction, bool 
 }
 
 /// NearestOf for an object that lies in no chain.
-CStreamObj* NearestWhileStale(CStreamObj* p, bool bRight, ObjectType type, bool bFences);
+CStreamObj* NearestWhileStale(CStreamObj* p, bool bRight, ObjectType type, bool bFenceCheck);
 
 /// The nearest object of a kind in the direction, under the same rules. The object found is not
 /// checked itself.
 inline CStreamObj* NearestOf(CStreamObj* p, ScanDirectionType direction, ObjectType type,
                              bool bFenceCheck) {
     const bool bRight = direction == sdRight;
+    if (!Internals::IsInChain(p)) return NearestWhileStale(p, bRight, type, bFenceCheck);
     const bool bFences = bFenceCheck && FencesMatter(p);
-    if (!Internals::IsInChain(p)) return NearestWhileStale(p, bRight, type, bFences);
     do {
         if (bFences && IsHeldByFence(p)) return nullptr;
         p = Internals::Neighbour(p, bRight);

@@ -107,6 +107,9 @@ TEST(LastError, SaysWhyAnEditWasRefused) {
               "done: the stream has no place for the object there");
     EXPECT_EQ(error(c.ProjectSyncMark(nullptr, 0, s.pLeft, nullptr, sdLeft) != nullptr),
               "there is no stream in the list");
+    CStream* streams[] = {s.pPhone};
+    EXPECT_EQ(error(c.ProjectSyncMark(streams, 1, nullptr, nullptr, sdLeft) != nullptr),
+              "a mark is null, belongs to another container or is in no stream");
     EXPECT_EQ(error(c.DeleteStreamItems(s.pPhone, s.pLeft, s.pRight, bsmKeepBoth)), "done: ");
     CStream::DiscardStreamObj(pToken);
 }

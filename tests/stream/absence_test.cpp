@@ -64,6 +64,18 @@ TEST(Absence, ScansStopOnceSomethingOfTheStreamIsDestroyed) {
     }
 }
 
+TEST(Absence, FencesHoldOnlyScansThatAsk) {
+    Tiers t{{"p", "||a|b||"}, {"q", "|||"}};
+    t.TieAll("p.1=q.0");
+    t.plexa.Fence("q", true);
+    const Held a = Remove(t["p"], t.Token("p", 0));
+    EXPECT_EQ(a->GetNextToken(), t.Token("p", 0));
+    EXPECT_EQ(a->GetAdjacentStreamObj(sdRight, otToken, true), nullptr);
+    // The same by way of a mark that was taken out itself, and with it out of its group.
+    const Held mark = Remove(t["p"], t.Mark("p", 1));
+    EXPECT_EQ(a->GetAdjacentStreamObj(sdRight, otToken, true), t.Token("p", 0));
+}
+
 // What was held outside counts when it is destroyed; so does a neighbour of another stream.
 TEST(Absence, EveryEndThatLinksCouldLeadToCounts) {
     Tiers t{{"p", "||a|b|c||"}, {"q", "||x||"}};

@@ -54,8 +54,9 @@ public:
     /// Cuts out what lies between two marks, its marks taken out of their groups, as a chain from
     /// *ppFirst to *ppLast: the caller's, to be put back or discarded object by object. Of `type`,
     /// bsmDeleteLeft and bsmDeleteRight delete that mark too. The counters go down by what the
-    /// chain counts for, its last object always as a mark. False, with nothing changed, for null,
-    /// an empty section and bounds that are not in order.
+    /// chain counts for, its last object always as a mark; they go up by one where it begins or
+    /// ends with a token of another stream. False, with nothing changed, for null, an empty section
+    /// and bounds that are not in order.
     virtual bool ExciseSection(CSyncMark* pFrom, CSyncMark* pTo, CStreamObj** ppFirst,
                                CStreamObj** ppLast, BufferSyncMarkInsertionType type) = 0;
     /// Links a chain that was cut out of this stream, a run of one, or a single object, between two

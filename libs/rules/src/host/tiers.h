@@ -2,6 +2,8 @@
 #ifndef MLDS_RULES_TIERS_H
 #define MLDS_RULES_TIERS_H
 
+#include <string>
+
 #include "mlds/plexa.h"
 #include "mlds/rules/model.h"
 
@@ -18,6 +20,10 @@ bool LeavesTokensOut(const Field& feature);
 /// out or a limit of the container is passed: 50 streams, 50 fields a stream, 30 values a feature,
 /// kNoValue included.
 bool DeclareTiers(CPlexa& plexa, const Model& model);
+
+/// Where a container of somebody else's has not the tiers of the model: "stream 2 is called 'x',
+/// and the rules need 'letters'". Empty if it has.
+std::string DifferenceOfTiers(CPlexa& plexa, const Model& model);
 
 }  // namespace mlds::rules
 

@@ -75,6 +75,7 @@ Folding::Step Folding::Next(const TypedText& text, int at, std::vector<int>& let
     const std::u32string_view character = text.Character(at);
     // A blank with an accent on it is something that a person typed, and not nothing.
     const bool bBlank = character.size() == 1 && m_unicode.Of(character[0]).bBlank;
+    step.bOther = !bBlank && m_bIgnoreOther;
     step.kind = bBlank || m_bIgnoreOther ? Kind::place : Kind::unknown;
     return step;
 }
@@ -122,7 +123,7 @@ bool Folding::Take(const TypedText& text, int at, std::vector<int>& letters, Ste
             if (TakeRest(text, end, rest, letters)) next = over;
         }
         if (next >= 0) {
-            step = {entry.kind, next};
+            step = {entry.kind, next, false};
             return true;
         }
         letters.resize(before);

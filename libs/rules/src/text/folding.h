@@ -25,7 +25,8 @@ public:
     };
     struct Step {
         Kind kind = Kind::unknown;
-        int end = 0;  ///< behind the last character that it took
+        int end = 0;          ///< behind the last character that it took
+        bool bOther = false;  ///< a place only because all others are ignored
     };
     static constexpr int kPlace = -1;
 

@@ -60,24 +60,33 @@ ShownReader::ShownReader(const Model& model, TierId tier)
     std::stable_sort(m_after.begin(), m_after.end(), longer);
 }
 
+// Every way to end with a length of marks, each mark once; one way for each length, so that marks
+// which begin with each other cost no more than they are long.
 std::vector<ShownReader::Strip> ShownReader::Strips(const std::vector<Mark>& marks,
                                                     std::string_view word, bool bBefore) {
     std::vector<Strip> strips(1);
-    for (;;) {
-        const Strip& last = strips.back();
+    for (std::size_t i = 0; i < strips.size(); ++i) {
+        const Strip from = strips[i];
         const std::string_view rest =
-            bBefore ? word.substr(last.length) : word.substr(0, word.size() - last.length);
-        const auto fits = [&](const Mark& mark) {
-            return (bBefore ? rest.starts_with(mark.text) : rest.ends_with(mark.text)) &&
-                   std::find(last.marks.begin(), last.marks.end(), &mark) == last.marks.end();
-        };
-        const auto mark = std::find_if(marks.begin(), marks.end(), fits);
-        if (mark == marks.end()) return strips;
-        Strip next = last;
-        next.length += mark->text.size();
-        next.marks.push_back(&*mark);
-        strips.push_back(std::move(next));
+            bBefore ? word.substr(from.length) : word.substr(0, word.size() - from.length);
+        for (const Mark& mark : marks) {
+            const bool bFits = bBefore ? rest.starts_with(mark.text) : rest.ends_with(mark.text);
+            if (!bFits ||
+                std::find(from.marks.begin(), from.marks.end(), &mark) != from.marks.end()) {
+                continue;
+            }
+            Strip next = from;
+            next.length += mark.text.size();
+            next.marks.push_back(&mark);
+            const bool bReached =
+                std::any_of(strips.begin(), strips.end(),
+                            [&](const Strip& strip) { return strip.length == next.length; });
+            if (!bReached) strips.push_back(std::move(next));
+        }
     }
+    std::sort(strips.begin(), strips.end(),
+              [](const Strip& a, const Strip& b) { return a.length < b.length; });
+    return strips;
 }
 
 bool ShownReader::ReadTime(std::string_view word, Piece& piece, std::string& fault) const {

@@ -94,7 +94,7 @@ int TextReader::Parts::ReadOne(int at, Unknown unknown, ReadText& read) {
     letters.clear();
     // A bad byte is told already, and no letter even where U+FFFD is one.
     const bool bBad = std::binary_search(badCharacters.begin(), badCharacters.end(), at);
-    Folding::Step step{Folding::Kind::unknown, at + 1};
+    Folding::Step step{Folding::Kind::unknown, at + 1, false};
     if (!bBad) step = folding.Next(text, at, letters);
     const bool bUnknown = step.kind == Folding::Kind::unknown;
     if (bUnknown && !bBad) {

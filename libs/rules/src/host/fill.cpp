@@ -7,41 +7,55 @@ namespace mlds::rules {
 
 namespace {
 
-// Builds a stream from left to right: every object goes behind the last one.
+// Builds a stream from left to right. A token never touches a sentinel, so the mark behind it comes
+// before the token itself.
 class Appender {
 public:
     explicit Appender(CStream* pStream)
         : m_pStream(pStream), m_pLast(pStream->pGetFirstStreamObj()) {}
 
-    // Null when memory runs out.
+    /// A mark behind all that is there: that of the last token, or a new one. Null when memory runs
+    /// out.
     CSyncMark* Mark() {
-        auto* pMark = m_pStream->pGetStreamPlexa()->CreateSyncMark(m_pStream);
-        return Append(pMark) ? pMark : nullptr;
+        if (m_bBehindToken) {
+            m_bBehindToken = false;
+            return m_pLast;
+        }
+        CSyncMark* pMark = m_pStream->pGetStreamPlexa()->CreateSyncMark(m_pStream);
+        if (!Insert(pMark, m_pLast)) return nullptr;
+        m_pLast = pMark;
+        return pMark;
     }
-    CToken* Token(int name) {
-        CToken* pToken = m_pStream->CreateToken();
-        if (pToken == nullptr) return nullptr;
-        pToken->SetFieldValue(kNameField, name);
-        return Append(pToken) ? pToken : nullptr;
-    }
-    CToken* Token(const char* name) {
-        CToken* pToken = m_pStream->CreateToken(name);
-        return Append(pToken) ? pToken : nullptr;
-    }
-
-private:
-    bool Append(CStreamObj* p) {
-        if (p == nullptr) return false;
-        if (!m_pStream->InsertStreamObj(p, iwRightOf, m_pLast)) {
-            CStream::DiscardStreamObj(p);
+    /// A token behind the last mark. False when memory runs out.
+    bool Add(CToken* pToken) {
+        if (pToken == nullptr) return false;
+        CSyncMark* pBefore = m_pLast;
+        m_bBehindToken = false;
+        if (Mark() == nullptr) {
+            CStream::DiscardStreamObj(pToken);
             return false;
         }
-        m_pLast = p;
-        return true;
+        m_bBehindToken = true;
+        return Insert(pToken, pBefore);
+    }
+    bool AddNumber(int name) {
+        CToken* pToken = m_pStream->CreateToken();
+        if (pToken != nullptr) pToken->SetFieldValue(kNameField, name);
+        return Add(pToken);
+    }
+    bool AddNamed(const char* name) { return Add(m_pStream->CreateToken(name)); }
+
+private:
+    bool Insert(CStreamObj* p, CSyncMark* pBehind) {
+        if (p == nullptr) return false;
+        if (m_pStream->InsertStreamObj(p, iwRightOf, pBehind)) return true;
+        CStream::DiscardStreamObj(p);
+        return false;
     }
 
     CStream* m_pStream;
-    CStreamObj* m_pLast;
+    CSyncMark* m_pLast;
+    bool m_bBehindToken = false;  // the last mark was made for the token in front of it
 };
 
 class TextFiller {
@@ -70,7 +84,7 @@ private:
         CSyncMark* pEnd = nullptr;
         for (int i = segment.begin; i < segment.end; ++i) {
             const int code = m_text.characters[static_cast<std::size_t>(i)].code;
-            if (m_characters.Token(code) == nullptr) return nullptr;
+            if (!m_characters.AddNumber(code)) return nullptr;
             pEnd = m_characters.Mark();
             if (pEnd == nullptr) return nullptr;
         }
@@ -88,7 +102,7 @@ private:
             bFirst = false;
             if (letter == ReadText::kPlace) continue;
             const char* name = names[static_cast<std::size_t>(letter)].c_str();
-            if (m_letters.Token(name) == nullptr) return false;
+            if (!m_letters.AddNamed(name)) return false;
         }
         return true;
     }

@@ -5,13 +5,9 @@
 #include <map>
 
 #include "lowering/testbuilder.h"
+#include "model/patternfacts.h"
 
 namespace mlds::rules {
-
-/// True if the pattern can hold without taking a token.
-bool CanBeEmpty(const Pattern& pattern);
-/// True if it can hold with one.
-bool CanTake(const Pattern& pattern);
 
 /// An instruction for a condition on one token of a tier, for AngleBrkt; 0 if it always holds.
 NodeId LowerCondition(TestBuilder& builder, const Condition& condition, TierId tier);

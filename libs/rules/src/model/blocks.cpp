@@ -119,17 +119,7 @@ private:
             }
             return CanBeEmpty(*pNearest) ? Nearest::none : Nearest::token;
         }
-        return TakesAnyToken(left) ? Nearest::either : Nearest::none;
-    }
-
-    static bool TakesAnyToken(const Pattern& pattern) {
-        switch (pattern.kind) {
-            case Pattern::Kind::token:
-            case Pattern::Kind::cross: return true;
-            case Pattern::Kind::lookAhead:
-            case Pattern::Kind::lookNot: return false;
-            default: return std::any_of(pattern.parts.begin(), pattern.parts.end(), TakesAnyToken);
-        }
+        return CanTake(left) ? Nearest::either : Nearest::none;
     }
 
     // A block that stays within words looks at nothing beyond their edges, so a token behind '#'

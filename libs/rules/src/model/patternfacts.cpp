@@ -69,6 +69,17 @@ bool CanBeEmpty(const Pattern& pattern) {
     }
 }
 
+bool CanTake(const Pattern& pattern) {
+    switch (pattern.kind) {
+        case Kind::token: return true;
+        case Kind::sequence:
+        case Kind::choice:
+        case Kind::cross: return std::any_of(pattern.parts.begin(), pattern.parts.end(), CanTake);
+        case Kind::repeat: return pattern.most != 0 && CanTake(pattern.parts.front());
+        default: return false;
+    }
+}
+
 bool TakesOneToken(const Pattern& pattern) {
     switch (pattern.kind) {
         case Kind::token: return true;

@@ -3,6 +3,7 @@
 #define MLDS_RULES_PATTERNS_H
 
 #include "model/conditions.h"
+#include "model/patternfacts.h"
 #include "model/scope.h"
 #include "model/variables.h"
 
@@ -18,13 +19,6 @@ Pattern ResolvePattern(Scope& scope, Variables& variables, const Place& place,
                        const syntax::Pattern& written);
 Pattern ResolveSequence(Scope& scope, Variables& variables, const Place& place,
                         const syntax::Sequence& written);
-
-/// True if a pattern can match without taking a token of its tier.
-bool CanBeEmpty(const Pattern& pattern);
-/// True if it takes one token, whatever it matches.
-bool TakesOneToken(const Pattern& pattern);
-/// True if both look for the same, wherever they are written.
-bool IsSame(const Pattern& a, const Pattern& b);
 
 /// Marks the tokens that the pattern's first token may be; a pattern that can be empty may begin
 /// with any.

@@ -13,7 +13,11 @@ CodePoint CodePointAt(std::string_view text, std::size_t offset) {
     const auto nBytes = static_cast<std::int32_t>(bytes.size());
     std::int32_t n = 0;
     UChar32 c = 0;
+// The macro narrows what it has just masked.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
     U8_NEXT(bytes.data(), n, nBytes, c);
+#pragma GCC diagnostic pop
     const std::size_t next = offset + static_cast<std::size_t>(n);
     if (c < 0) return {U'\uFFFD', next, false};
     return {static_cast<char32_t>(c), next, true};

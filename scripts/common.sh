@@ -9,7 +9,7 @@ jobs=$(nproc 2>/dev/null || echo 2)
 # sanitizers and fuzzer, binutils has nm, diffutils has diff, libxml2-utils has xmllint. Praat reads
 # what transcribe writes for it, and the viewer's page is tested in a browser, which python3-selenium
 # drives.
-build_packages=(g++ cmake make ninja-build libicu-dev)
+build_packages=(g++ cmake make ninja-build libicu-dev libcli11-dev)
 viewer_packages=("${build_packages[@]}" pkg-config libcpp-httplib-dev nlohmann-json3-dev)
 test_packages=("${viewer_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev python3 ccache
     clang-14 libclang-rt-14-dev clang-format-14 git

@@ -20,6 +20,11 @@ public:
     /// begins a comment. What is wrong is reported with its line, the rest is taken.
     Lexicon(const Model& model, const LexiconFile& file, const Sources& sources, int source,
             Diagnostics& diagnostics);
+    // Entries point into the pieces: a lexicon can be moved, not copied.
+    Lexicon(const Lexicon&) = delete;
+    Lexicon& operator=(const Lexicon&) = delete;
+    Lexicon(Lexicon&&) = default;
+    Lexicon& operator=(Lexicon&&) = default;
 
     /// The tokens of a word; null if it is not there.
     const std::span<const Piece>* Find(const TokenKey& word) const;

@@ -29,6 +29,8 @@ struct Field {
     /// Of a feature: the value of every token of the tier, -1 for none.
     std::vector<int> valueOfToken;
     bool bYesNo = false;
+    /// True if a rule gives it other values than the token's name does.
+    bool bSetByRules = false;
     Span span;
 };
 
@@ -84,6 +86,7 @@ struct Pattern {
 struct Variable {
     std::string name;
     bool bToken = false;
+    TierId tier = kNoTier;  ///< that its token or mark is of
     Span span;
 };
 

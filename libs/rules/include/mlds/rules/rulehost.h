@@ -54,6 +54,8 @@ public:
     /// The tokens of a tier as "show" writes them, one blank between the tokens of a word, two
     /// between words.
     std::string Shown(rules::TierId tier);
+    /// The tokens of a tier in IPA, a blank between words.
+    std::string Ipa(rules::TierId tier);
     /// One token as "show" writes it: in the tier's own signs or in IPA.
     std::string Label(CToken* pToken, bool bIpa);
 

@@ -1,0 +1,144 @@
+// A container with the tiers of a rule set, and what fills it.
+#include "mlds/rules/rulehost.h"
+
+#include <new>
+#include <stdexcept>
+
+#include "host/blockrunner.h"
+#include "host/fill.h"
+#include "host/labels.h"
+#include "host/plan.h"
+#include "host/tiers.h"
+
+namespace mlds {
+
+using namespace rules;
+
+struct RuleHost::Parts {
+    // The container comes first and goes last: variables and tests belong to it.
+    Parts(std::shared_ptr<const RuleSet> pSet, std::unique_ptr<CPlexa> pMade, CPlexa& container)
+        : pRules(std::move(pSet)),
+          pOwn(std::move(pMade)),
+          plexa(container),
+          reader(pRules->model()),
+          tests(plexa, pRules->compiled()) {}
+
+    RunOutcome Run(std::string_view text, const RunOptions& options);
+    bool RunSteps(const RunOptions& options, RunOutcome& outcome);
+    std::size_t ColumnOf(CSyncMark* pMark);
+
+    std::shared_ptr<const RuleSet> pRules;
+    std::unique_ptr<CPlexa> pOwn;
+    CPlexa& plexa;
+    TextReader reader;
+    RuleTests tests;
+    RuleObserver* pObserver = nullptr;
+    TierId plannedFor = kNoTier;
+    bool bPlanned = false;
+    std::vector<Step> plan;
+};
+
+// Where in the text, as typed, a place of another tier is; 1 if it has none there.
+std::size_t RuleHost::Parts::ColumnOf(CSyncMark* pMark) {
+    CStream* pText = plexa.pStream(kTextTier);
+    CSyncMark* pTyped = nullptr;
+    for (CSyncMark* p = pMark; p != nullptr && pTyped == nullptr; p = p->GetPrevSyncMark()) {
+        pTyped = p->GetCorrespondingSyncMark(pText);
+    }
+    std::size_t column = 1;
+    for (CStreamObj* p = pTyped; p != nullptr; p = p->GetPrevStreamObj()) {
+        if (p->GetObjectType(otToken)) ++column;
+    }
+    return column;
+}
+
+bool RuleHost::Parts::RunSteps(const RunOptions& options, RunOutcome& outcome) {
+    if (!bPlanned || plannedFor != options.wanted) {
+        plan = PlanFor(pRules->model(), options.wanted);
+        plannedFor = options.wanted;
+        bPlanned = true;
+    }
+    const CompiledRules& compiled = pRules->compiled();
+    std::vector<BlockFault> faults;
+    for (const Step& step : plan) {
+        bool bDone = true;
+        switch (step.kind) {
+            case Step::Kind::spans: bDone = FillSpans(plexa, compiled, tests, step.index); break;
+            case Step::Kind::lexicon:
+                bDone = FillFromLexicon(plexa, compiled, static_cast<std::size_t>(step.index));
+                break;
+            case Step::Kind::block:
+                bDone = BlockRunner(plexa, compiled, tests, step.index, pObserver, faults).Run();
+                break;
+        }
+        for (const BlockFault& fault : faults) {
+            outcome.faults.push_back({ColumnOf(fault.pAt), fault.what});
+        }
+        faults.clear();
+        if (!bDone) return false;
+    }
+    return true;
+}
+
+RunOutcome RuleHost::Parts::Run(std::string_view text, const RunOptions& options) {
+    RunOutcome outcome;
+    plexa.CPlexaReset();
+    ReadText read = reader.Read(text, options.unknown);
+    outcome.faults = std::move(read.faults);
+    if (options.unknown == Unknown::error && !outcome.faults.empty()) return outcome;
+    outcome.bDone = FillText(plexa, pRules->model(), read) && RunSteps(options, outcome);
+    CStream* pTime = plexa.GetDefaultTimeStream();
+    if (outcome.bDone && pTime != nullptr && options.ratePercent != 100) {
+        ScaleTime(plexa, pTime->pGetFirstStreamObj(), pTime->pGetLastStreamObj(),
+                  100 * 100 / options.ratePercent);
+    }
+    return outcome;
+}
+
+RuleHost::RuleHost(std::shared_ptr<const RuleSet> pRules) {
+    auto pOwn = std::make_unique<CPlexa>(nullptr);
+    if (!DeclareTiers(*pOwn, pRules->model())) throw std::bad_alloc();
+    CPlexa& plexa = *pOwn;
+    m_pParts = std::make_unique<Parts>(std::move(pRules), std::move(pOwn), plexa);
+}
+
+RuleHost::RuleHost(std::shared_ptr<const RuleSet> pRules, CPlexa& plexa) {
+    const std::string difference = DifferenceOfTiers(plexa, pRules->model());
+    if (!difference.empty()) throw std::invalid_argument(difference);
+    m_pParts = std::make_unique<Parts>(std::move(pRules), nullptr, plexa);
+}
+
+RuleHost::~RuleHost() = default;
+
+RunOutcome RuleHost::Run(std::string_view text, const RunOptions& options) {
+    return m_pParts->Run(text, options);
+}
+
+CPlexa& RuleHost::plexa() {
+    return m_pParts->plexa;
+}
+
+const RuleSet& RuleHost::rules() const {
+    return *m_pParts->pRules;
+}
+
+std::string RuleHost::Shown(TierId tier) {
+    return ShownTier(rules().model(), plexa(), tier);
+}
+
+std::string RuleHost::Ipa(TierId tier) {
+    return IpaOfTier(rules().model(), plexa(), tier);
+}
+
+std::string RuleHost::Label(CToken* pToken, bool bIpa) {
+    if (pToken->GetStream()->GetStreamIndex() == kTextTier) {
+        return m_pParts->reader.CharacterOf(pToken->GetFieldValueIndex(kNameField));
+    }
+    return LabelOf(rules().model(), pToken, bIpa);
+}
+
+void RuleHost::SetObserver(RuleObserver* pObserver) {
+    m_pParts->pObserver = pObserver;
+}
+
+}  // namespace mlds

@@ -13,7 +13,7 @@ CodePoint CodePointAt(std::string_view text, std::size_t offset) {
     const auto nBytes = static_cast<std::int32_t>(bytes.size());
     std::int32_t n = 0;
     UChar32 c = 0;
-// What the macro computes is narrowed inside of it.
+// The macro narrows what it has just masked.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
     U8_NEXT(bytes.data(), n, nBytes, c);

@@ -56,12 +56,12 @@ bool Cursor::TakeWord(std::string_view word) {
     return true;
 }
 
-void Cursor::ExpectSign(char sign, const std::string& what) {
-    if (!TakeSign(sign)) Expected(what);
+void Cursor::ExpectSign(char sign, const std::string& what, const std::string& help) {
+    if (!TakeSign(sign)) Expected(what, help);
 }
 
-Word Cursor::ExpectName(const std::string& what) {
-    if (!Is(Lex::word)) Expected(what);
+Word Cursor::ExpectName(const std::string& what, const std::string& help) {
+    if (!Is(Lex::word)) Expected(what, help);
     return Next().word;
 }
 
@@ -78,19 +78,34 @@ Word Cursor::ExpectText(const std::string& what) {
 
 Word Cursor::ExpectToken(const std::string& what) {
     if (IsNothing(Peek())) Fail(Peek().word.span, NothingIsNoToken());
-    if (!IsToken()) Expected(what);
+    if (!IsToken()) ExpectedToken(what);
     const Word word = Next().word;
     if (word.text.empty()) Fail(word.span, "expected " + what + ", found an empty text");
     return word;
 }
 
 void Cursor::ExpectEnd() {
-    if (!AtEnd()) Expected("the end of the line");
+    if (AtEnd()) return;
+    // pt_BR, es.lex: one word for its author.
+    const bool bInWord = Is(Lex::sign) && Peek().bGlued;
+    Expected("the end of the line", bInWord ? "a word with this sign stands in quotes" : "");
 }
 
-void Cursor::Expected(const std::string& what) const {
+void Cursor::Expected(const std::string& what, const std::string& help) const {
+    const Lexeme& found = Peek();
+    Fail(found.word.span,
+         "expected " + what + ", found " + Described(found) + (help.empty() ? "" : "; ") + help);
+}
+
+void Cursor::ExpectedToken(const std::string& what) const {
     const Lexeme& found = Peek();
     Fail(found.word.span, "expected " + what + ", found " + Described(found) + QuotingHelp(found));
+}
+
+void Cursor::ExpectedWord(const std::string& what, const std::vector<std::string>& words) const {
+    const Lexeme& found = Peek();
+    const std::string near = Is(Lex::word) ? DidYouMean(found.word.text, words) : std::string();
+    Fail(found.word.span, "expected " + what + ", found " + Described(found) + near);
 }
 
 Span Cursor::Since(const Span& begin) const {
@@ -101,7 +116,7 @@ Cursor::Level::Level(Cursor& cursor) : m_cursor(cursor) {
     if (++cursor.m_depth > kDeepest) {
         // The destructor of an object that was never made does not run.
         --cursor.m_depth;
-        cursor.Fail(cursor.Peek().word.span, "brackets stand deeper in each other than " +
+        cursor.Fail(cursor.Peek().word.span, "brackets are nested deeper than " +
                                                  std::to_string(kDeepest) +
                                                  " levels; name a part of this with 'pattern'");
     }
@@ -109,7 +124,8 @@ Cursor::Level::Level(Cursor& cursor) : m_cursor(cursor) {
 
 std::string QuotingHelp(const Lexeme& lexeme) {
     const std::string_view kMayBeTokens = ".,:?!*+&#^@$/\\~_=<>";
-    if (lexeme.kind != Lex::sign || kMayBeTokens.find(lexeme.sign) == std::string_view::npos) {
+    const bool bSign = lexeme.kind == Lex::sign || (lexeme.kind == Lex::end && lexeme.sign != 0);
+    if (!bSign || kMayBeTokens.find(lexeme.sign) == std::string_view::npos) {
         return {};
     }
     const std::string escape = lexeme.sign == '\\' ? "\\" : "";

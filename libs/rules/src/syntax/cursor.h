@@ -31,9 +31,9 @@ public:
 
     bool TakeSign(char sign);
     bool TakeWord(std::string_view word);
-    /// `what` in the message: "a tier's name", "':' behind the name".
-    void ExpectSign(char sign, const std::string& what);
-    Word ExpectName(const std::string& what);
+    /// `what` in the message: "a tier's name", "':' behind the name"; `help`: how it is written.
+    void ExpectSign(char sign, const std::string& what, const std::string& help = {});
+    Word ExpectName(const std::string& what, const std::string& help = {});
     /// A name directly behind the sign that was taken last.
     Word ExpectGluedName(const std::string& what);
     Word ExpectText(const std::string& what);
@@ -41,8 +41,13 @@ public:
     Word ExpectToken(const std::string& what);
     void ExpectEnd();
 
-    /// "expected WHAT, found FOUND".
-    [[noreturn]] void Expected(const std::string& what) const;
+    /// "expected WHAT, found FOUND; HELP".
+    [[noreturn]] void Expected(const std::string& what, const std::string& help = {}) const;
+    /// The same where a token may stand, with how what was found is written as one.
+    [[noreturn]] void ExpectedToken(const std::string& what) const;
+    /// The same where one of some words may stand.
+    [[noreturn]] void ExpectedWord(const std::string& what,
+                                   const std::vector<std::string>& words) const;
     [[noreturn]] void Fail(const Span& span, std::string message) const {
         throw Fault{span, std::move(message)};
     }

@@ -55,7 +55,10 @@ void ReportEncoding(Reporter& reporter) {
     const std::string_view text = source.text();
     const bool bUtf16 = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
     fault.message = bUtf16 ? "this file is UTF-16" : "this byte is no UTF-8";
-    if (nMore > 0) fault.message += ", nor are some of " + std::to_string(nMore) + " more lines";
+    if (nMore > 0) {
+        fault.message += ", like some in " + std::to_string(nMore) +
+                         (nMore == 1 ? " other line" : " other lines");
+    }
     fault.message += "; save the file as UTF-8";
     reporter.Report(fault);
     reporter.Mute(fault.span.line);
@@ -108,8 +111,9 @@ Line::Place Line::PlaceOf(std::size_t offset) const {
 
 Span Line::SpanOf(std::size_t begin, std::size_t end) const {
     const Place first = PlaceOf(begin);
-    const std::size_t lineEnd = m_text.find('\n', begin);
-    const Place last = PlaceOf(std::min(end, std::min(lineEnd, m_text.size())));
+    // Only within the stretch: a long line would be searched again for each of its words.
+    const std::size_t lineEnd = text().substr(begin, end - begin).find('\n');
+    const Place last = PlaceOf(lineEnd == std::string_view::npos ? end : begin + lineEnd);
     return {m_file, first.line, first.column, std::max(1, last.column - first.column)};
 }
 

@@ -37,7 +37,7 @@ bool BeginsItem(const Cursor& cursor) {
 
 int ReadCount(Cursor& cursor) {
     const int count = cursor.Is(Lex::word) ? NumberOf(cursor.Peek().word.text, kMostRepeated) : -1;
-    if (count < 0) cursor.Expected("a number in '{ }', as in {2}, {2,} or {0,3}");
+    if (count < 0) cursor.Expected("a number in '{ }'", "as in {2}, {2,} or {0,3}");
     if (count > kMostRepeated) {
         cursor.Fail(cursor.Peek().word.span,
                     "a repetition goes up to " + std::to_string(kMostRepeated));
@@ -106,10 +106,10 @@ void ReadParentheses(Cursor& cursor, Item* pItem) {
 // <letters: pattern>
 void ReadCrossing(Cursor& cursor, Item* pItem) {
     const Lexeme opener = cursor.Next();
-    const char* const kForm = ", as in <letters: [vowel]>";
+    const char* const kForm = "as in <letters: [vowel]>";
     pItem->kind = Item::Kind::cross;
-    pItem->word = cursor.ExpectName(std::string("a tier's name behind '<'") + kForm);
-    cursor.ExpectSign(':', std::string("':' behind the tier's name") + kForm);
+    pItem->word = cursor.ExpectName("a tier's name behind '<'", kForm);
+    cursor.ExpectSign(':', "':' behind the tier's name", kForm);
     pItem->pattern = ReadGroup(cursor);
     // Only here is known that no ">" is missing: it also stands in comparisons.
     if (!cursor.IsSign('>') &&
@@ -124,10 +124,10 @@ void ReadIn(Cursor& cursor, Item* pItem) {
     cursor.Next();
     cursor.Next();
     const Cursor::Level level(cursor);
-    const char* const kForm = ", as in in(word: [weak]); behind a blank, '(' would begin a group";
+    const char* const kForm = "as in in(word: [weak]); behind a blank, '(' would begin a group";
     pItem->kind = Item::Kind::in;
-    pItem->word = cursor.ExpectName(std::string("a tier's name") + kForm);
-    cursor.ExpectSign(':', std::string("':' behind the tier's name") + kForm);
+    pItem->word = cursor.ExpectName("a tier's name", kForm);
+    cursor.ExpectSign(':', "':' behind the tier's name", kForm);
     pItem->condition = ReadCondition(cursor);
     cursor.ExpectSign(')', "')' behind the condition");
 }
@@ -151,7 +151,7 @@ void ReadAtom(Cursor& cursor, Item* pItem) {
         pItem->kind = Item::Kind::sameAs;
         pItem->word = cursor.ExpectGluedName("the name of a capture behind '='");
     } else {
-        cursor.Expected("a token, a condition or '('");
+        cursor.ExpectedToken("a token, a condition or '('");
     }
 }
 
@@ -245,8 +245,8 @@ Pattern ReadPattern(Cursor& cursor) {
 
 Pattern ReadWholePattern(Cursor& cursor) {
     Pattern pattern = ReadPattern(cursor);
-    if (cursor.IsSign('_')) cursor.Expected("no '_', as this is no environment");
-    if (!cursor.AtEnd()) cursor.Expected("more of the pattern or the end of the line");
+    if (cursor.IsSign('_')) cursor.ExpectedToken("no '_', as this is no environment");
+    if (!cursor.AtEnd()) cursor.ExpectedToken("more of the pattern or the end of the line");
     if (pattern.alternatives.size() == 1 && pattern.alternatives.front().items.empty()) {
         cursor.Expected("a pattern behind '='");
     }

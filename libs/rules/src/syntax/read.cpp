@@ -1,6 +1,7 @@
 // From a file to its statements.
 #include <algorithm>
 
+#include "nearestname.h"
 #include "syntax/elements.h"
 #include "syntax/statements.h"
 
@@ -21,8 +22,6 @@ bool Holds(const std::vector<std::string>& names, std::string_view name) {
 // ---- blocks ----
 
 void ReadOption(Cursor& cursor, Block* pBlock) {
-    const Lexeme option = cursor.Peek();
-    const std::string& word = option.word.text;
     const bool bFirst = cursor.IsWord("first");
     if (cursor.IsWord("within") && !pBlock->within) {
         cursor.Next();
@@ -34,22 +33,17 @@ void ReadOption(Cursor& cursor, Block* pBlock) {
         cursor.Next();
         pBlock->bLeftward = true;
     } else {
-        const std::string near = option.kind == Lex::word
-                                     ? DidYouMean(word, {"within", "first", "each", "leftward"})
-                                     : std::string();
-        cursor.Fail(option.word.span,
-                    "expected 'within TIER', 'first' or 'each', 'leftward' or the end of the line, "
-                    "found " +
-                        Described(option) + near);
+        cursor.ExpectedWord("'within TIER', 'first' or 'each', 'leftward' or the end of the line",
+                            {"within", "first", "each", "leftward"});
     }
 }
 
 void ReadBlockHead(Cursor& cursor, Block* pBlock) {
     const Span begin = cursor.Next().word.span;
-    const char* const kForm = ", as in block sounds : letters -> phone";
-    pBlock->name = cursor.ExpectName(std::string("the name of the block") + kForm);
+    const char* const kForm = "as in block sounds : letters -> phone";
+    pBlock->name = cursor.ExpectName("the name of the block", kForm);
     pBlock->span = cursor.Since(begin);
-    cursor.ExpectSign(':', std::string("':' behind the block's name") + kForm);
+    cursor.ExpectSign(':', "':' behind the block's name", kForm);
     pBlock->from = cursor.ExpectName("the tier of the block");
     if (cursor.Is(Lex::arrow)) {
         cursor.Next();
@@ -135,10 +129,10 @@ private:
         const bool bNameBehind =
             lexemes.size() > 1 && (lexemes[1].kind == Lex::word || lexemes[1].kind == Lex::text);
         if (first.kind == Lex::word && bNameBehind && !Holds(kPartsOfTiers, word)) {
-            for (const std::string& keyword : kStatements) {
-                const std::string near = DidYouMean(word, {keyword});
-                if (near.empty()) continue;
-                m_reporter.Report({first.word.span, "there is no statement '" + word + "'" + near});
+            const std::string keyword(NearestName(word, kStatements));
+            if (!keyword.empty()) {
+                m_reporter.Report({first.word.span, "there is no statement '" + word + "'" +
+                                                        DidYouMean(word, kStatements)});
                 m_reporter.Mute(first.word.span.line);
                 m_bStrangerBefore = false;
                 return keyword;

@@ -65,8 +65,8 @@ Setting ReadSetting(Cursor& cursor) {
             --setting.name.span.length;
         } else if (cursor.IsSign(']') || cursor.IsSign(',') || cursor.Is(Lex::word)) {
             const std::string& name = setting.name.text;
-            cursor.Fail(setting.span, "'" + name + "' is not said what to become: write +" + name +
-                                          ", -" + name + " or " + name + "=value");
+            cursor.Fail(setting.span, "expected what becomes of '" + name + "': +" + name + ", -" +
+                                          name + " or " + name + "=value");
         } else {
             cursor.Expected("'=' and a value behind '" + setting.name.text + "'");
         }
@@ -76,7 +76,7 @@ Setting ReadSetting(Cursor& cursor) {
 }
 
 std::vector<Setting> ReadSettings(Cursor& cursor) {
-    cursor.ExpectSign('[', "'[' with settings, as in := [stress=1]");
+    cursor.ExpectSign('[', "'[' with settings", "as in := [stress=1]");
     std::vector<Setting> settings;
     do {
         settings.push_back(ReadSetting(cursor));
@@ -121,21 +121,22 @@ std::vector<ResultItem> ReadResult(Cursor& cursor) {
         return result;
     }
     if (EndsResult(cursor)) {
-        cursor.Expected("a result behind '->'; '0' is the one for nothing");
+        cursor.Expected("a result behind '->'", "'0' is the one for nothing");
     }
     while (!EndsResult(cursor)) result.push_back(ReadResultItem(cursor));
     return result;
 }
 
 int ReadPercent(Cursor& cursor) {
-    const char* const kForm = "a whole number and '%' behind '~', as in ~ 130%";
-    if (!cursor.Is(Lex::word)) cursor.Expected(kForm);
+    const char* const kWhat = "a whole number and '%' behind '~'";
+    const char* const kForm = "as in ~ 130%";
+    if (!cursor.Is(Lex::word)) cursor.Expected(kWhat, kForm);
     // "%" is a letter of words.
     std::string digits = cursor.Peek().word.text;
     const bool bPercent = digits.ends_with('%');
     if (bPercent) digits.pop_back();
     const int percent = NumberOf(digits, kMostPercent);
-    if (percent < 0 || (!bPercent && !cursor.IsWord("%", 1))) cursor.Expected(kForm);
+    if (percent < 0 || (!bPercent && !cursor.IsWord("%", 1))) cursor.Expected(kWhat, kForm);
     if (percent < 1 || percent > kMostPercent) {
         cursor.Fail(cursor.Peek().word.span,
                     "a duration is scaled to 1 % up to " + std::to_string(kMostPercent) + " %");
@@ -199,7 +200,7 @@ Environment ReadEnvironment(Cursor& cursor, bool bFirst) {
     const Span begin = cursor.Peek().word.span;
     environment.left = ReadSequence(cursor);
     if (!cursor.IsSign('_')) {
-        if (!EndsEnvironment(cursor)) cursor.Expected("'_' or more of the environment");
+        if (!EndsEnvironment(cursor)) cursor.ExpectedToken("'_' or more of the environment");
         const bool bChoice = !bFirst || cursor.IsSign('|');
         cursor.Fail(cursor.Since(begin),
                     std::string("expected '_' in this environment, where the focus stands") +
@@ -255,7 +256,7 @@ Rule ReadRule(Cursor& cursor) {
         rule.name = cursor.Next().word;
         cursor.Next();
     }
-    if (cursor.AtEnd()) cursor.Expected("a rule");
+    if (cursor.AtEnd()) cursor.ExpectedToken("a rule");
     if (IsNothing(cursor.Peek()) && !cursor.IsToken(1)) {
         rule.bInsertion = true;
         cursor.Next();
@@ -263,8 +264,8 @@ Rule ReadRule(Cursor& cursor) {
         rule.focus = ReadPattern(cursor);
         const auto& alternatives = rule.focus.alternatives;
         if (alternatives.size() == 1 && alternatives.front().items.empty()) {
-            if (!cursor.Is(Lex::arrow)) cursor.Expected("the focus of a rule");
-            cursor.Expected("the focus of a rule; '0' in its place inserts");
+            if (!cursor.Is(Lex::arrow)) cursor.ExpectedToken("the focus of a rule");
+            cursor.Expected("the focus of a rule", "'0' in its place inserts");
         }
     }
     ReadAction(cursor, &rule);
@@ -283,24 +284,36 @@ bool IsIndentedStatement(const Cursor& cursor) {
     return false;
 }
 
+Fault StatementIndented(const Cursor& cursor) {
+    const Lexeme& first = cursor.lexemes().front();
+    return {first.word.span,
+            Described(first) + " begins a statement, whose first line is not indented"};
+}
+
+bool GoesOnWithRule(const Cursor& cursor) {
+    return cursor.Is(Lex::arrow) || cursor.Is(Lex::assign) || cursor.IsSign('~') ||
+           cursor.IsSign('_') || EndsResult(cursor);
+}
+
 }  // namespace
 
 std::vector<Rule> ReadRules(const Line& line, Reporter& reporter) {
     std::vector<Rule> rules;
+    bool bFaultBefore = false;
     try {
         for (Part& part : SplitAtCommas(Lexemes(line))) {
             Cursor cursor(std::move(part.lexemes));
             const bool bStatement = IsIndentedStatement(cursor);
+            // A comma that was meant as a token cuts a rule in two; both halves are one fault.
+            const bool bSecondHalf = bFaultBefore && GoesOnWithRule(cursor);
             try {
                 if (part.fault) throw std::move(*part.fault);
                 rules.push_back(ReadRule(cursor));
+                bFaultBefore = false;
             } catch (const Fault& fault) {
-                const Lexeme& first = cursor.lexemes().front();
-                reporter.Report(bStatement ? Fault{first.word.span,
-                                                   Described(first) +
-                                                       " begins a statement, whose first line is "
-                                                       "not indented"}
-                                           : fault);
+                bFaultBefore = true;
+                if (bSecondHalf) continue;
+                reporter.Report(bStatement ? StatementIndented(cursor) : fault);
             }
         }
     } catch (const Fault& fault) {

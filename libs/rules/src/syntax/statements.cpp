@@ -26,7 +26,8 @@ Read ReadRead(Cursor& cursor) {
 Lexicon ReadLexicon(Cursor& cursor) {
     Lexicon lexicon;
     lexicon.file = cursor.ExpectText("the name of a file in quotes");
-    cursor.ExpectSign(':', "':' behind the file's name, as in lexicon \"es.lex\" : word -> phone");
+    cursor.ExpectSign(':', "':' behind the file's name",
+                      "as in lexicon \"es.lex\" : word -> phone");
     lexicon.from = cursor.ExpectName("the tier of the words");
     if (!cursor.Is(Lex::arrow)) cursor.Expected("'->' between the two tiers");
     cursor.Next();
@@ -47,13 +48,14 @@ Statement ReadShow(Cursor& cursor) {
     const Word tier = cursor.ExpectName("the name of a tier behind 'show'");
     if (cursor.TakeWord("by"))
         return ShowBy{tier, cursor.ExpectName("the name of a tier behind 'by'")};
-    if (!cursor.TakeWord("with")) cursor.Expected("'with' and a mark, or 'by' and a tier");
+    if (!cursor.TakeWord("with"))
+        cursor.ExpectedWord("'with' and a mark, or 'by' and a tier", {"with", "by"});
     ShowMark show;
     show.tier = tier;
     show.mark = cursor.ExpectToken("a mark behind 'with'");
     show.bBefore = cursor.IsWord("before");
     if (!show.bBefore && !cursor.IsWord("after"))
-        cursor.Expected("'before' or 'after' behind the mark");
+        cursor.ExpectedWord("'before' or 'after' behind the mark", {"before", "after"});
     cursor.Next();
     show.condition = ReadCondition(cursor);
     if (cursor.TakeWord("in")) {

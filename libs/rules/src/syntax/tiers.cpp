@@ -110,22 +110,28 @@ private:
     // of these, however deep it is.
     std::size_t CountTokenLines() const {
         std::size_t n = 0;
-        for (; n < m_lines.indented.size(); ++n) {
-            Line line(m_reporter.file());
-            line.Append(m_reporter.source(), m_lines.indented[n].number);
-            try {
-                if (!HoldsTokensOnly(Lexemes(line))) break;
-            } catch (const Fault&) {
-                break;  // reported when it is read
+        try {
+            const std::vector<Lexeme> head = Lexemes(HeadLine(m_reporter, m_lines, 0));
+            const bool bTokens = std::any_of(head.begin(), head.end(), [](const Lexeme& lexeme) {
+                return lexeme.kind == Lex::sign && lexeme.sign == ':';
+            });
+            while (bTokens && n < m_lines.indented.size()) {
+                Line line(m_reporter.file());
+                line.Append(m_reporter.source(), m_lines.indented[n].number);
+                if (!HoldsTokensOnly(Lexemes(line), head[1].word.text)) break;
+                ++n;
             }
+        } catch (const Fault&) {
+            return n;  // reported when the line is read
         }
         return n;
     }
 
-    static bool HoldsTokensOnly(const std::vector<Lexeme>& lexemes) {
+    // A part without its "=" is no line of tokens.
+    static bool HoldsTokensOnly(const std::vector<Lexeme>& lexemes, const std::string& tier) {
         const Lexeme& first = lexemes.front();
-        if (first.kind == Lex::word &&
-            (IsPartName(first.word.text) || !DidYouMean(first.word.text, kPartNames).empty())) {
+        if (first.kind == Lex::word && (first.word.text == tier || IsPartName(first.word.text) ||
+                                        !DidYouMean(first.word.text, kPartNames).empty())) {
             return false;
         }
         return std::none_of(lexemes.begin(), lexemes.end(), [](const Lexeme& lexeme) {
@@ -144,14 +150,10 @@ private:
         }
         if (cursor.AtEnd()) return;
         if (!cursor.TakeSign(':')) {
-            const std::string help = cursor.Is(Lex::word)
-                                         ? DidYouMean(cursor.Peek().word.text, {"from", "spans"})
-                                         : std::string();
-            const std::string what = m_tier.bFromText || m_tier.bTime || m_tier.spans
-                                         ? "':' before the tokens"
-                                         : "'from text', 'ms', 'spans' or ':' before the tokens";
-            cursor.Fail(cursor.Peek().word.span,
-                        "expected " + what + ", found " + Described(cursor.Peek()) + help);
+            const bool bKind = m_tier.bFromText || m_tier.bTime || m_tier.spans;
+            if (bKind) cursor.Expected("':' before the tokens");
+            cursor.ExpectedWord("'from text', 'ms', 'spans' or ':' before the tokens",
+                                {"from", "spans"});
         }
         m_tier.tokens = ReadTokens(cursor, m_reporter, "the tier's tokens behind ':'");
         cursor.ExpectEnd();
@@ -216,11 +218,12 @@ private:
     [[noreturn]] void Unknown(const Cursor& cursor) const {
         std::vector<std::string> names = kPartNames;
         if (m_tier.bFromText) names.push_back(m_tier.name.text);
-        const Lexeme& first = cursor.Peek();
-        const std::string near = first.kind == Lex::word ? DidYouMean(first.word.text, names) : "";
-        cursor.Fail(first.word.span, "expected a part of tier " + m_tier.name.text +
-                                         " (feature, field, ...), found " + Described(first) +
-                                         near);
+        const std::string& tier = m_tier.name.text;
+        cursor.ExpectedWord(
+            "a part of tier " + tier +
+                (m_tier.bFromText ? " (feature, ignore, '" + tier + " ... = ...' and others)"
+                                  : " (feature, field or others)"),
+            names);
     }
 
     const StatementLines& m_lines;

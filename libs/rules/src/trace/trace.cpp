@@ -53,8 +53,8 @@ std::string TriedRule::Why() const {
 // to its continuation; what fails inside of a negation is what the negation wants.
 class RuleTrace::Watcher : public CPlexaTestObserver {
 public:
-    Watcher(RuleHost& host, bool bElements)
-        : m_host(host), m_compiled(host.rules().compiled()), m_bElements(bElements) {}
+    Watcher(RuleHost& host, TraceDetail detail)
+        : m_host(host), m_compiled(host.rules().compiled()), m_detail(detail) {}
 
     void Begin(const Rule& rule, CSyncMark* pAt) {
         m_pRule = &rule;
@@ -125,7 +125,8 @@ public:
         if (!element.bDecides && !element.bStaysWithin) return;
         const bool bFits = result.truth || frame.bWentOn;
         const bool bLeftward = step.direction == sdLeft;
-        if (m_bElements && (element.bDecides || !bFits)) Keep(element, frame.pAt, bLeftward, bFits);
+        if (m_detail == TraceDetail::elements && (element.bDecides || !bFits))
+            Keep(element, frame.pAt, bLeftward, bFits);
         if (!bFits)
             m_misses.push_back(
                 {ReachOf(element, frame.pAt, bLeftward), &element, frame.pAt, bLeftward});
@@ -246,6 +247,7 @@ private:
             return;
         }
         tried.failedAt = furthest->pElement->pPattern->span;
+        if (m_detail == TraceDetail::places) return;
         tried.where = Where(*furthest);
         tried.found = Found(*furthest->pElement, furthest->pAt, furthest->bLeftward);
         std::vector<std::string> wanted;
@@ -262,7 +264,7 @@ private:
 
     RuleHost& m_host;
     const CompiledRules& m_compiled;
-    bool m_bElements;
+    TraceDetail m_detail;
     const Rule* m_pRule = nullptr;
     CSyncMark* m_pAt = nullptr;
     const LoweredTest* m_pTest = nullptr;
@@ -274,8 +276,8 @@ private:
     bool m_bHeld = false;
 };
 
-RuleTrace::RuleTrace(RuleHost& host, bool bElements)
-    : m_host(host), m_pWatcher(std::make_unique<Watcher>(host, bElements)) {
+RuleTrace::RuleTrace(RuleHost& host, TraceDetail detail)
+    : m_host(host), m_pWatcher(std::make_unique<Watcher>(host, detail)) {
     m_host.SetObserver(this);
     m_host.plexa().SetTestObserver(m_pWatcher.get());
 }

@@ -42,12 +42,18 @@ struct TriedRule {
     std::string Why() const;
 };
 
+/// How much a trace finds out about every rule.
+enum class TraceDetail {
+    places,    ///< where it failed, `failedAt` alone: enough to count
+    words,     ///< also what was wanted and found
+    elements,  ///< also every element that was looked at
+};
+
 /// Watches the rules of a host, and explains each. While it lives it is the observer of the host
 /// and of its container's tests. The tiers come out the same.
 class RuleTrace : public RuleObserver {
 public:
-    /// `bElements`: every element that was looked at is kept too.
-    explicit RuleTrace(RuleHost& host, bool bElements = false);
+    explicit RuleTrace(RuleHost& host, TraceDetail detail = TraceDetail::words);
     ~RuleTrace() override;
     RuleTrace(const RuleTrace&) = delete;
     RuleTrace& operator=(const RuleTrace&) = delete;

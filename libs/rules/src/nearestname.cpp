@@ -6,6 +6,7 @@
 
 #include "codepoints.h"
 #include "mlds/rules/diagnostics.h"
+#include "nearestname.h"
 
 namespace mlds::rules {
 
@@ -49,10 +50,10 @@ int Distance(const std::u32string& a, const std::u32string& b) {
 
 }  // namespace
 
-std::string DidYouMean(std::string_view word, const std::vector<std::string>& names) {
+std::string_view NearestName(std::string_view word, const std::vector<std::string>& names) {
     const std::u32string wanted = CodePoints(word.substr(0, 4 * kLongest + 1));
     if (wanted.size() > kLongest) return {};
-    const std::string* pNearest = nullptr;
+    std::string_view nearestName;
     int nearest = std::numeric_limits<int>::max();
     for (const std::string& name : names) {
         if (name.size() > 4 * kLongest) continue;
@@ -64,9 +65,14 @@ std::string DidYouMean(std::string_view word, const std::vector<std::string>& na
         const bool bNear = 3 * distance <= kLetter * static_cast<int>(longer);
         if (distance == 0 || !bNear || distance >= nearest) continue;
         nearest = distance;
-        pNearest = &name;
+        nearestName = name;
     }
-    return pNearest == nullptr ? std::string() : "; did you mean '" + *pNearest + "'?";
+    return nearestName;
+}
+
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& names) {
+    const std::string_view name = NearestName(word, names);
+    return name.empty() ? std::string() : "; did you mean '" + std::string(name) + "'?";
 }
 
 }  // namespace mlds::rules

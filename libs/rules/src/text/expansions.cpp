@@ -8,6 +8,7 @@ namespace mlds::rules {
 namespace {
 
 constexpr std::size_t kMostRemembered = 20000;
+constexpr int kLongestRemembered = 40;
 
 // Whether letters or digits stand on both sides of a place.
 bool InsideWord(const TypedText& text, int at, UnicodeTable& unicode) {
@@ -26,7 +27,7 @@ Expansions::Expansions(const Model& model, Folding& folding)
         } else if (auto pExpression = Expression::Compile(expansion.pattern)) {
             m_regexes.push_back({index, std::move(pExpression)});
         }
-        m_readings.push_back(expansion.bSpellout ? Reading{} : Make(expansion.reading, false));
+        m_readings.push_back(expansion.bSpellout ? Reading{} : Make(expansion.reading, nullptr));
         ++index;
     }
 }
@@ -52,15 +53,20 @@ void Expansions::AddLiteral(const Expansion& expansion, int index) {
     add(written.tempSubString(0, first).toUpper(locale) + written.tempSubString(first));
 }
 
-Expansions::Reading Expansions::Make(std::string_view words, bool bTyped) {
+Expansions::Reading Expansions::Make(std::string_view words, const std::string* pTyped) {
     Reading reading;
     TypedText text;
     TakeApart(words, m_folding.unicode(), text);
     std::vector<int> unknown;
     reading.letters = m_folding.Letters(text, &unknown);
     for (const int at : unknown) {
-        // The hyphens of ICU's own words ("twenty-two") part words, if they are no letters.
-        if (bTyped && !m_folding.unicode().Of(text.Base(at)).bWord) continue;
+        const std::string character = Utf8Of(text.Character(at));
+        // The hyphens of ICU's own words ("twenty-two") part words, if they are no letters. What
+        // was typed, other than a minus in front, is told.
+        if (pTyped != nullptr && !m_folding.unicode().Of(text.Base(at)).bWord &&
+            pTyped->find(character, 1) == std::string::npos) {
+            continue;
+        }
         reading.unknown.push_back(Described(text.Character(at)));
     }
     if (!reading.letters.empty()) {
@@ -104,8 +110,8 @@ Expansions::Match Expansions::At(const TypedText& text, int at, std::vector<Text
             const auto index = static_cast<std::size_t>(regex.expansion);
             faults.push_back({static_cast<std::size_t>(at) + 1,
                               "the expression '" + m_pModel->text.expansions[index].pattern +
-                                  "' takes too long from here on: the rest of the text is read "
-                                  "without it"});
+                                  "' takes too much time or memory here: the rest of the text is "
+                                  "read without it"});
         }
         const int begin = regex.pExpression->begin();
         if (begin == at) Longest(best, {regex.expansion, regex.pExpression->end()});
@@ -114,21 +120,27 @@ Expansions::Match Expansions::At(const TypedText& text, int at, std::vector<Text
     return best;
 }
 
-const Expansions::Reading& Expansions::SpelledOut(const icu::UnicodeString& typed) {
+Expansions::Reading Expansions::SpellOut(const icu::UnicodeString& typed) {
     if (!m_bSpelloutTried) m_pSpellout = Spellout::For(m_pModel->language);
     m_bSpelloutTried = true;
+    std::string utf8;
+    typed.toUTF8String(utf8);
+    if (!m_pSpellout) return Make(utf8, nullptr);
+    std::string words;
+    m_pSpellout->Read(typed).toUTF8String(words);
+    return Make(words, &utf8);
+}
+
+const Expansions::Reading& Expansions::SpelledOut(const icu::UnicodeString& typed) {
+    if (typed.length() > kLongestRemembered) {
+        m_longReading = SpellOut(typed);
+        return m_longReading;
+    }
     std::string key;
     typed.toUTF8String(key);
     if (m_spelledOut.size() > kMostRemembered) m_spelledOut.clear();
-    const auto [entry, bNew] = m_spelledOut.try_emplace(key);
-    if (bNew) {
-        std::string words = key;
-        if (m_pSpellout) {
-            words.clear();
-            m_pSpellout->Read(typed).toUTF8String(words);
-        }
-        entry->second = Make(words, true);
-    }
+    const auto [entry, bNew] = m_spelledOut.try_emplace(std::move(key));
+    if (bNew) entry->second = SpellOut(typed);
     return entry->second;
 }
 

@@ -45,7 +45,9 @@ private:
     void AddLiteral(const Expansion& expansion, int index);
     void Longest(Match& best, const Match& other) const;
     Match Literal(const TypedText& text, int at);
-    Reading Make(std::string_view words, bool bTyped);
+    /// `pTyped`: what ICU made the words of; null if an author wrote them.
+    Reading Make(std::string_view words, const std::string* pTyped);
+    Reading SpellOut(const icu::UnicodeString& typed);
     const Reading& SpelledOut(const icu::UnicodeString& typed);
 
     const Model* m_pModel;
@@ -56,8 +58,8 @@ private:
     std::unique_ptr<Spellout> m_pSpellout;
     bool m_bSpelloutTried = false;
     std::unordered_map<std::string, Reading> m_spelledOut;
+    Reading m_longReading;  ///< of a number too long to be remembered
     std::vector<PrefixTree::Hit> m_hits;
-    std::vector<int> m_result;
     int m_nextRegex = 0;  ///< no expression matches before this character
 };
 

@@ -23,6 +23,11 @@ std::string_view Trimmed(std::string_view text) {
     return text;
 }
 
+// A word for a message, whatever its bytes are.
+std::string Quoted(std::string_view word) {
+    return "'" + Composed(Shortened(word)) + "'";
+}
+
 // A line up to its comment. A ";" inside a word or a token begins none.
 std::string_view WithoutComment(std::string_view line) {
     for (std::size_t at = 0; at < line.size(); ++at) {
@@ -74,9 +79,7 @@ Span LexiconReader::At(std::string_view part) const {
 bool LexiconReader::ReadLine(int number, TokenKey& word, std::vector<Piece>& pieces) {
     m_line = number;
     m_lineText = m_sources.At(m_source).Line(number);
-    std::string_view line = WithoutComment(m_lineText);
-    // A byte order mark, as editors of some systems leave it.
-    if (number == 1 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
+    const std::string_view line = WithoutComment(m_lineText);
     const std::string_view trimmed = Trimmed(line);
     if (trimmed.empty()) return false;
     const std::size_t tab = line.find('\t');
@@ -99,8 +102,8 @@ bool LexiconReader::ReadWord(std::string_view written, TokenKey& word) {
     }
     word = m_text.Letters(written);
     if (word.empty() || word.find(kNoLetter) != TokenKey::npos) {
-        Error(written, "'" + std::string(written) + "' is no word in letters of tier " +
-                           m_pTierOfWords->name + ": no text can have it");
+        Error(written, Quoted(written) + " is no word in letters of tier " + m_pTierOfWords->name +
+                           ": no text can have it");
         return false;
     }
     return true;
@@ -150,7 +153,7 @@ Lexicon::Lexicon(const Model& model, const LexiconFile& file, const Sources& sou
             const std::string_view word = Trimmed(line.substr(0, line.find('\t')));
             m_pieces.resize(entries.empty() ? 0 : entries.back().end);
             diagnostics.Warning(sources, reader.At(word),
-                                "'" + std::string(word) + "' is here already: the first one holds");
+                                Quoted(word) + " is here already: the first one holds");
             continue;
         }
         entry.end = m_pieces.size();

@@ -7,6 +7,7 @@
 #include "codepoints.h"
 #include "mlds/rules/diagnostics.h"
 #include "text/shownreader.h"
+#include "text/textreader.h"
 
 namespace mlds::rules {
 
@@ -93,7 +94,7 @@ bool ShownReader::ReadTime(std::string_view word, Piece& piece, std::string& fau
     int value = 0;
     const auto [pEnd, error] = std::from_chars(word.data(), word.data() + word.size(), value);
     if (error != std::errc() || pEnd != word.data() + word.size() || value < 0) {
-        fault = "'" + std::string(word) + "' is no time: tier " + m_pTier->name +
+        fault = "'" + Composed(Shortened(word)) + "' is no time: tier " + m_pTier->name +
                 " takes whole numbers from 0 to 2147483647";
         return false;
     }
@@ -101,44 +102,48 @@ bool ShownReader::ReadTime(std::string_view word, Piece& piece, std::string& fau
     return true;
 }
 
+// The marks are not what is wrong: names near the rest of the word are offered.
 std::string ShownReader::Unknown(std::string_view word) const {
-    return "tier " + m_pTier->name + " has no token '" + std::string(word) + "'" +
-           DidYouMean(word, m_pTier->tokens);
+    std::string_view rest = word.substr(Strips(m_before, word, true).back().length);
+    rest.remove_suffix(Strips(m_after, rest, false).back().length);
+    if (rest.empty()) rest = word;
+    return "tier " + m_pTier->name + " has no token '" + Composed(Shortened(rest)) + "'" +
+           DidYouMean(rest, m_pTier->tokens);
+}
+
+// The longest token that is left when marks are taken off; its index, or -1.
+int ShownReader::FindMarked(std::string_view word, Strip& before, Strip& after) const {
+    int token = -1;
+    std::size_t longest = 0;
+    const std::vector<Strip> afters = Strips(m_after, word, false);
+    for (const Strip& front : Strips(m_before, word, true)) {
+        for (const Strip& back : afters) {
+            if (front.length + back.length + longest >= word.size()) continue;
+            const std::size_t length = word.size() - front.length - back.length;
+            const auto found = m_tokens.find(word.substr(front.length, length));
+            if (found == m_tokens.end()) continue;
+            token = found->second;
+            longest = length;
+            before = front;
+            after = back;
+        }
+    }
+    return token;
 }
 
 bool ShownReader::ReadToken(std::string_view word, Piece& piece, std::string& fault) const {
     piece = Piece{};
     if (m_pTier->kind == Tier::Kind::time) return ReadTime(word, piece, fault);
-    // Most tokens are shown without a mark, and a token that begins with a mark is itself.
-    auto token = m_tokens.find(word);
     Strip before;
     Strip after;
-    if (token == m_tokens.end()) {
-        std::size_t longest = 0;
-        const std::vector<Strip> afters = Strips(m_after, word, false);
-        for (const Strip& front : Strips(m_before, word, true)) {
-            for (const Strip& back : afters) {
-                if (front.length + back.length + longest >= word.size()) continue;
-                const std::size_t length = word.size() - front.length - back.length;
-                const auto found = m_tokens.find(word.substr(front.length, length));
-                if (found == m_tokens.end()) continue;
-                token = found;
-                longest = length;
-                before = front;
-                after = back;
-            }
-        }
-    }
-    if (token == m_tokens.end()) {
-        // The marks are not what is wrong: names near the rest of the word are offered.
-        const std::size_t front = Strips(m_before, word, true).back().length;
-        const std::string_view rest = word.substr(front);
-        const std::size_t back = Strips(m_after, rest, false).back().length;
-        fault = Unknown(rest.size() > back ? rest.substr(0, rest.size() - back) : word);
+    // Most tokens are shown without a mark, and a token that begins with a mark is itself.
+    const auto plain = m_tokens.find(word);
+    piece.token = plain != m_tokens.end() ? plain->second : FindMarked(word, before, after);
+    if (piece.token < 0) {
+        fault = Unknown(word);
         return false;
     }
-    piece.token = token->second;
-    piece.name = token->first;
+    piece.name = m_pTier->tokens[static_cast<std::size_t>(piece.token)];
     for (const Strip* pStrip : {&before, &after}) {
         for (const Mark* pMark : pStrip->marks) {
             fault = pMark->unreadable;

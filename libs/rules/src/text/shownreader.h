@@ -32,6 +32,7 @@ private:
     struct Strip;
     static std::vector<Strip> Strips(const std::vector<Mark>& marks, std::string_view word,
                                      bool bBefore);
+    int FindMarked(std::string_view word, Strip& before, Strip& after) const;
     bool ReadTime(std::string_view word, Piece& piece, std::string& fault) const;
     std::string Unknown(std::string_view word) const;
 

@@ -244,7 +244,7 @@ struct File {
 
 /// Reads one source. What cannot be read is reported and left out; reading goes on behind it, so
 /// that one run finds all faults.
-File Read(const Sources& sources, int file, Diagnostics& diagnostics);
+File ReadFile(const Sources& sources, int file, Diagnostics& diagnostics);
 
 }  // namespace mlds::rules::syntax
 

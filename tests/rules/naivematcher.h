@@ -1,7 +1,7 @@
 // What the patterns of rules mean, on plain lists of tokens: a second matcher that knows neither
 // streams nor instructions.
-#ifndef MLDS_TESTS_RULES_NAIVE_MATCHER_H
-#define MLDS_TESTS_RULES_NAIVE_MATCHER_H
+#ifndef MLDS_TESTS_RULES_NAIVEMATCHER_H
+#define MLDS_TESTS_RULES_NAIVEMATCHER_H
 
 #include <functional>
 #include <map>

@@ -1,5 +1,5 @@
 // Backtracking over plain lists: a pattern calls what follows it for each of its ways in turn.
-#include "naive_matcher.h"
+#include "naivematcher.h"
 
 namespace mlds_test {
 

@@ -22,12 +22,18 @@ struct NaiveTier {
     std::vector<bool> edges;                         ///< the places where a word begins or ends
 };
 
+/// Where a focus ends, and the places that marks were set to.
+struct NaiveMatch {
+    int end = 0;
+    std::map<int, int> marks;
+};
+
 class NaiveMatcher {
 public:
     NaiveMatcher(const NaiveTier& tier, bool bWithin) : m_tier(tier), m_bWithin(bWithin) {}
 
-    /// Where the focus ends if the rule applies at a place, its first way that holds.
-    std::optional<int> Apply(const mlds::rules::Rule& rule, int at);
+    /// The first way in which a rule holds at a place, if it applies there.
+    std::optional<NaiveMatch> Apply(const mlds::rules::Rule& rule, int at);
 
 private:
     struct State {

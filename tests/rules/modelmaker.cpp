@@ -48,10 +48,12 @@ bool Lowering::Apply(CPlexa& plexa, int block, int rule, CSyncMark* pAt) {
         bHolds = Run(plexa, tests.where[i], pAt);
     }
     CSyncMark* const pFound = pEnd;
+    const std::vector<CSyncMark*> found = marks;
     for (std::size_t i = 0; i < tests.except.size() && bHolds; ++i) {
         pEnd = pFound;
         bHolds = !Run(plexa, tests.except[i], pAt);
     }
+    marks = found;
     return bHolds;
 }
 

@@ -65,9 +65,9 @@ Condition RandomRules::MakeCondition(int depth, int variable) {
 // The left side binds what the other one does not ask for, so that the other one can go first.
 Pattern RandomRules::MakeToken(Side side, bool bMayBind) {
     const int own = side == Side::left ? 1 : 0;
-    if (bMayBind && Once(6)) return Token(MakeCondition(1, -1), own);
+    if (bMayBind && Once(4)) return Token(MakeCondition(1, -1), own);
     const int asked = side == Side::left ? Below(2) : 0;
-    if (Once(8)) return Token(SameAs(asked));
+    if (Once(5)) return Token(SameAs(asked, Below(3)));
     return Token(Once(6) ? Condition() : MakeCondition(2, Once(3) ? asked : -1));
 }
 

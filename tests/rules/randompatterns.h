@@ -5,7 +5,7 @@
 #include <random>
 
 #include "modelmaker.h"
-#include "naive_matcher.h"
+#include "naivematcher.h"
 
 namespace mlds_test {
 

@@ -1,28 +1,16 @@
 // The tiers of a model, as tokens of a container see them.
 #include "host/tiers.h"
 
-#include <gtest/gtest.h>
+#include "modelmaker.h"
 
-namespace mlds::rules {
+namespace mlds_test {
 namespace {
 
-Tier TierOf(const char* name, Tier::Kind kind, std::vector<std::string> tokens) {
-    Tier tier;
-    tier.name = name;
-    tier.kind = kind;
-    tier.tokens = std::move(tokens);
-    tier.fields.emplace_back().name = "name";
-    return tier;
-}
-
-void AddFeature(Tier& tier, const char* name, std::vector<std::string> values,
-                std::vector<int> valueOfToken) {
-    Field& field = tier.fields.emplace_back();
-    field.name = name;
-    field.kind = Field::Kind::feature;
-    field.values = std::move(values);
-    field.valueOfToken = std::move(valueOfToken);
-}
+using mlds::rules::Field;
+using mlds::rules::kNoValue;
+using mlds::rules::kTextTier;
+using mlds::rules::Model;
+using RuleTier = mlds::rules::Tier;
 
 // Every second of 100 tokens has no value, so that each set needs more ranges than single values
 // would fit.
@@ -35,15 +23,15 @@ TEST(DeclareTiers, FeaturesFollowFromNames) {
         some.push_back(i % 2 == 0 ? -1 : i % 4 == 1 ? 0 : 1);
     }
     Model model;
-    model.tiers.push_back(TierOf("text", Tier::Kind::text, {}));
-    model.tiers.push_back(TierOf("letters", Tier::Kind::fromText, tokens));
-    Tier& letters = model.tiers.back();
+    model.tiers.push_back(MakeTier("text", RuleTier::Kind::text, {}));
+    model.tiers.push_back(MakeTier("letters", RuleTier::Kind::fromText, tokens));
+    RuleTier& letters = model.tiers.back();
     AddFeature(letters, "even", {"yes", "no"}, even);
     AddFeature(letters, "some", {"undefined", "odd"}, some);
     Field& stress = letters.fields.emplace_back();
     stress.name = "stress";
     stress.kind = Field::Kind::number;
-    model.tiers.push_back(TierOf("time", Tier::Kind::time, {}));
+    model.tiers.push_back(MakeTier("time", RuleTier::Kind::time, {}));
 
     CPlexa plexa(nullptr);
     ASSERT_TRUE(DeclareTiers(plexa, model));
@@ -70,7 +58,7 @@ TEST(DeclareTiers, FeaturesFollowFromNames) {
 
 TEST(DeclareTiers, RefusesWhatTheContainerWouldLeaveOut) {
     Model model;
-    model.tiers.push_back(TierOf("letters", Tier::Kind::plain, {"a", "b"}));
+    model.tiers.push_back(MakeTier("letters", RuleTier::Kind::plain, {"a", "b"}));
     std::vector<std::string> values;
     for (int i = 0; i < 30; ++i) values.push_back("v" + std::to_string(i));
     AddFeature(model.tiers[0], "full", values, {0, 1});
@@ -88,4 +76,4 @@ TEST(DeclareTiers, RefusesWhatTheContainerWouldLeaveOut) {
 }
 
 }  // namespace
-}  // namespace mlds::rules
+}  // namespace mlds_test

@@ -86,7 +86,10 @@ public:
     RuleLowering(TierId tier, TierId within) : m_tier(tier), m_within(within) {}
 
     TestBuilder& builder() { return m_builder; }
-    void SetEdge(NodeId edge) { m_edge = edge; }
+    void SetEdge(NodeId edge) {
+        m_edge = edge;
+        m_builder.SetLabel(edge, "edge");
+    }
     Rest End() { return {m_builder.Done(), m_builder.Done(), true}; }
 
     NodeId Lower(const Pattern& pattern, Element::Part part, const Rest& rest, bool bFirst) {
@@ -100,11 +103,13 @@ public:
     NodeId Begin(const std::optional<Condition>& first, Element::Part part) {
         const Element element = {part};
         const NodeId at = m_builder.Add(Opcode::Ptr, {varAt}, element);
+        m_builder.SetLabel(at, "at");
         if (!first) return at;
         const NodeId condition = LowerCondition(m_builder, *first, m_tier);
         const NodeId token =
             m_builder.Add(Opcode::AngleBrkt, {0, condition, 0, m_builder.Done()}, element);
         const NodeId peek = m_builder.Add(Opcode::And, {0, token}, element);
+        m_builder.SetLabel(peek, "peek");
         return m_builder.Add(Opcode::Adj, {0, at, peek, m_builder.Done()}, element);
     }
 

@@ -103,7 +103,7 @@ BuiltTest TestBuilder::Finish(std::string name, const Span& place, const Roots& 
     for (const NodeId id : Reached(roots)) order.push_back(id);
     // Where sequences end is no place of any of them.
     const NodeId done = Done();
-    m_test.At(done).label = "done";
+    SetLabel(done, "done");
     const auto last = std::find(order.begin(), order.end(), done);
     if (last != order.end()) std::rotate(last, last + 1, order.end());
 

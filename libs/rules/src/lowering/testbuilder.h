@@ -36,6 +36,9 @@ public:
     /// Sets an operand of what others lead to already.
     void Link(NodeId id, std::size_t operand, NodeId to);
 
+    /// What listings call an instruction; labels are unique in a test.
+    void SetLabel(NodeId id, const char* label) { m_test.At(id).label = label; }
+
     NodeId Stream(TierId tier);
     NodeId FieldOf(TierId tier, int field);
     NodeId Value(TierId tier, int field, int value);

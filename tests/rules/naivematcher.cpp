@@ -1,5 +1,5 @@
 // Backtracking over plain lists: a pattern calls what follows it for each of its ways in turn.
-#include "naive_matcher.h"
+#include "naivematcher.h"
 
 namespace mlds_test {
 
@@ -159,28 +159,32 @@ std::optional<NaiveMatcher::State> NaiveMatcher::FindFocus(const Rule& rule,
     return found;
 }
 
-std::optional<int> NaiveMatcher::Apply(const Rule& rule, int at) {
+std::optional<NaiveMatch> NaiveMatcher::Apply(const Rule& rule, int at) {
     const auto holds = [&](const Environment& environment, std::optional<int> end) {
+        std::optional<NaiveMatch> match;
         State state;
         state.at = at;
         int ends = at;
         const auto found = FindFocus(rule, environment, state, end, &ends);
-        if (!found) return std::optional<int>();
+        if (!found) return match;
         State left = *found;
         left.at = at;
         left.bFirst = rule.bInsertion && rule.bBehindToken;
-        const bool bLeft = Match(environment.left, left, -1, [](const State&) { return true; });
-        return bLeft ? std::optional<int>(ends) : std::nullopt;
+        Match(environment.left, left, -1, [&](const State& last) {
+            match = NaiveMatch{ends, last.marks};
+            return true;
+        });
+        return match;
     };
-    std::optional<int> end;
-    if (rule.where.empty()) end = holds({}, {});
+    std::optional<NaiveMatch> match;
+    if (rule.where.empty()) match = holds({}, {});
     for (const Environment& environment : rule.where) {
-        if (!end) end = holds(environment, {});
+        if (!match) match = holds(environment, {});
     }
     for (const Environment& environment : rule.except) {
-        if (end && holds(environment, end)) return std::nullopt;
+        if (match && holds(environment, match->end)) return std::nullopt;
     }
-    return end;
+    return match;
 }
 
 }  // namespace mlds_test

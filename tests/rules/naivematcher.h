@@ -1,7 +1,7 @@
 // What the patterns of rules mean, on plain lists of tokens: a second matcher that knows neither
 // streams nor instructions.
-#ifndef MLDS_TESTS_RULES_NAIVE_MATCHER_H
-#define MLDS_TESTS_RULES_NAIVE_MATCHER_H
+#ifndef MLDS_TESTS_RULES_NAIVEMATCHER_H
+#define MLDS_TESTS_RULES_NAIVEMATCHER_H
 
 #include <functional>
 #include <map>
@@ -22,12 +22,18 @@ struct NaiveTier {
     std::vector<bool> edges;                         ///< the places where a word begins or ends
 };
 
+/// Where a focus ends, and the places that marks were set to.
+struct NaiveMatch {
+    int end = 0;
+    std::map<int, int> marks;
+};
+
 class NaiveMatcher {
 public:
     NaiveMatcher(const NaiveTier& tier, bool bWithin) : m_tier(tier), m_bWithin(bWithin) {}
 
-    /// Where the focus ends if the rule applies at a place, its first way that holds.
-    std::optional<int> Apply(const mlds::rules::Rule& rule, int at);
+    /// The first way in which a rule holds at a place, if it applies there.
+    std::optional<NaiveMatch> Apply(const mlds::rules::Rule& rule, int at);
 
 private:
     struct State {

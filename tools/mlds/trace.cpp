@@ -68,6 +68,8 @@ public:
           m_options(options) {}
 
     void Begin(const std::string& word) { m_heading = word; }
+    /// True if anything was shown.
+    bool bShown() const { return m_bShown; }
 
 private:
     void BeforeBlock(const Block&) override { m_pBlock = nullptr; }
@@ -77,6 +79,7 @@ private:
         const int number = scope.NumberOf(tried.pAt);
         if (m_options.at > 0 && number != m_options.at) return;
         if (m_options.ruleLine > 0 && tried.pRule->span.line != m_options.ruleLine) return;
+        m_bShown = true;
         if (m_pBlock != tried.pBlock) PrintBlock(*tried.pBlock);
         PrintPlace(scope, number, tried);
         PrintRule(scope, tried);
@@ -126,8 +129,12 @@ private:
     }
 
     void PrintRule(const Scope& scope, const TriedRule& tried) {
+        std::string text = tried.pRule->text;
+        if (mlds::io::Columns(text) > kRuleWidth) {
+            text = mlds::io::CutColumns(text, 0, kRuleWidth - 3) + "...";
+        }
         std::cout << std::setw(4) << tried.pRule->span.line << ' '
-                  << Padded(tried.pRule->text, kRuleWidth) << ' ';
+                  << Padded(std::move(text), kRuleWidth) << ' ';
         if (tried.Holds()) {
             std::cout << "YES  " << scope.WithBar(tried.pEnd) << "   "
                       << Effect(host().rules(), tried) << '\n';
@@ -153,6 +160,7 @@ private:
 
     const TraceOptions& m_options;
     std::string m_heading;
+    bool m_bShown = false;
     const Block* m_pBlock = nullptr;
     CSyncMark* m_pLastAt = nullptr;
 };
@@ -161,6 +169,24 @@ private:
 void PrintFaults(const std::string& word, const mlds::RunOutcome& outcome) {
     for (const TextFault& fault : outcome.faults) {
         std::cerr << word << ':' << fault.column << ": warning: " << fault.what << '\n';
+    }
+}
+
+// A question about a rule or a place that nothing answers.
+void SayWhyNothing(const mlds::RuleSet& rules, const TraceOptions& options,
+                   const std::string& word) {
+    bool bThere = options.ruleLine < 1;
+    for (const Block& block : rules.model().blocks) {
+        for (const Rule& rule : block.rules) bThere |= rule.span.line == options.ruleLine;
+    }
+    if (!bThere) {
+        Complain("no rule begins on line " + std::to_string(options.ruleLine));
+    } else if (options.ruleLine > 0) {
+        Complain("the rule on line " + std::to_string(options.ruleLine) + " was tried nowhere in '" +
+                 word + "': an earlier one held, or its first token does not stand there");
+    } else {
+        Complain("no rule was tried in '" + word + "'" +
+                 (options.at > 0 ? " at place " + std::to_string(options.at) : ""));
     }
 }
 
@@ -178,6 +204,7 @@ int Trace(const TraceOptions& options) {
         printer.Begin(word);
         const mlds::RunOutcome outcome = host.Run(word);
         PrintFaults(word, outcome);
+        if (!printer.bShown()) SayWhyNothing(*pRules, options, word);
         bDone = bDone && outcome.bDone;
         if (shown == kNoTier) continue;
         std::cout << pRules->model().tiers[static_cast<std::size_t>(shown)].name << "  "

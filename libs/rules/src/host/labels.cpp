@@ -92,16 +92,37 @@ bool Meets(CToken* pToken, const Condition& condition) {
     return false;
 }
 
-std::string LabelOf(const Model& model, CToken* pToken, bool bIpa) {
+namespace {
+
+// The marks of "show" around a token.
+std::string WithMarks(const Model& model, CToken* pToken, std::string label, bool bIpa) {
     const TierId tier = pToken->GetStream()->GetStreamIndex();
-    const int name = pToken->GetFieldValueIndex(kNameField);
-    const std::string* pName = NameOf(model, tier, name, bIpa);
-    std::string label = pName != nullptr ? *pName : std::to_string(name);
     for (const ShowMark& mark : model.showMarks) {
         if (mark.tier != tier || mark.bIpa != bIpa || !Meets(pToken, mark.condition)) continue;
         label = mark.bBefore ? mark.mark + label : label + mark.mark;
     }
     return label;
+}
+
+}  // namespace
+
+std::string LabelOf(const Model& model, CToken* pToken, bool bIpa) {
+    const TierId tier = pToken->GetStream()->GetStreamIndex();
+    const int name = pToken->GetFieldValueIndex(kNameField);
+    const std::string* pName = NameOf(model, tier, name, bIpa);
+    return WithMarks(model, pToken, pName != nullptr ? *pName : std::to_string(name), bIpa);
+}
+
+std::string LabelBy(const Model& model, CToken* pToken, CPlexa& plexa, TierId by, bool bIpa) {
+    CStream* pBy = plexa.pStream(by);
+    CSyncMark* pBegin = pToken->GetPrevSyncMark()->GetCorrespondingSyncMark(pBy);
+    CSyncMark* pEnd = pToken->GetNextSyncMark()->GetCorrespondingSyncMark(pBy);
+    if (pBegin == nullptr || pEnd == nullptr) return LabelOf(model, pToken, bIpa);
+    std::string label;
+    for (CStreamObj* p = pBegin; p != nullptr && p != pEnd; p = p->GetNextStreamObj()) {
+        if (p->GetObjectType(otToken)) label += LabelOf(model, static_cast<CToken*>(p), bIpa);
+    }
+    return WithMarks(model, pToken, std::move(label), bIpa);
 }
 
 std::string ShownTier(const Model& model, CPlexa& plexa, TierId tier) {

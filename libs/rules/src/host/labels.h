@@ -16,6 +16,10 @@ bool Meets(CToken* pToken, const Condition& condition);
 /// name is a number, is left to the caller.
 std::string LabelOf(const Model& model, CToken* pToken, bool bIpa);
 
+/// A token of a tier that is shown by another: the tokens of that one which lie under it, without
+/// blanks, and the marks of its own.
+std::string LabelBy(const Model& model, CToken* pToken, CPlexa& plexa, TierId by, bool bIpa);
+
 /// All tokens of a tier: one blank between those of a word, two between words.
 std::string ShownTier(const Model& model, CPlexa& plexa, TierId tier);
 

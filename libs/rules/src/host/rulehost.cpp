@@ -131,8 +131,12 @@ std::string RuleHost::Ipa(TierId tier) {
 }
 
 std::string RuleHost::Label(CToken* pToken, bool bIpa) {
-    if (pToken->GetStream()->GetStreamIndex() == kTextTier) {
+    const TierId tier = pToken->GetStream()->GetStreamIndex();
+    if (tier == kTextTier) {
         return m_pParts->reader.CharacterOf(pToken->GetFieldValueIndex(kNameField));
+    }
+    for (const ShowBy& show : rules().model().showBy) {
+        if (show.tier == tier) return LabelBy(rules().model(), pToken, plexa(), show.by, bIpa);
     }
     return LabelOf(rules().model(), pToken, bIpa);
 }

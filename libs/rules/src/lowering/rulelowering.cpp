@@ -81,6 +81,14 @@ std::optional<Condition> FirstCondition(const Pattern& pattern) {
     }
 }
 
+// The element that FirstCondition speaks of.
+const Pattern& FirstElement(const Pattern& pattern) {
+    if (pattern.kind == Pattern::Kind::repeat) return FirstElement(pattern.parts.at(0));
+    if (pattern.kind != Pattern::Kind::sequence) return pattern;
+    const auto part = std::find_if_not(pattern.parts.begin(), pattern.parts.end(), IsNothing);
+    return part == pattern.parts.end() ? pattern : FirstElement(*part);
+}
+
 class RuleLowering {
 public:
     RuleLowering(TierId tier, TierId within) : m_tier(tier), m_within(within) {}
@@ -100,14 +108,16 @@ public:
 
     // Puts the position at ^at. With a look at the first token, most tests fail before they
     // evaluate two environments.
-    NodeId Begin(const std::optional<Condition>& first, Element::Part part) {
+    NodeId Begin(const Pattern& pattern, Element::Part part) {
+        const std::optional<Condition> first = FirstCondition(pattern);
         const Element element = {part};
         const NodeId at = m_builder.Add(Opcode::Ptr, {varAt}, element);
         m_builder.SetLabel(at, "at");
         if (!first) return at;
         const NodeId condition = LowerCondition(m_builder, *first, m_tier);
-        const NodeId token =
-            m_builder.Add(Opcode::AngleBrkt, {0, condition, 0, m_builder.Done()}, element);
+        // Where it does not fit, the first element of the pattern is what failed.
+        const NodeId token = m_builder.Add(Opcode::AngleBrkt, {0, condition, 0, m_builder.Done()},
+                                           {part, &FirstElement(pattern), true});
         const NodeId peek = m_builder.Add(Opcode::And, {0, token}, element);
         m_builder.SetLabel(peek, "peek");
         return m_builder.Add(Opcode::Adj, {0, at, peek, m_builder.Done()}, element);
@@ -177,11 +187,10 @@ BuiltTest LowerEnvironment(const Block& block, const Rule& rule, const Environme
     if (sides.right.Needs(sides.left)) {
         roots.focus = lowering.BeginLeftward();
     } else if (rule.bInsertion) {
-        std::optional<Condition> first;
-        if (bRightIsFirst) first = FirstCondition(environment.right);
-        roots.focus = lowering.Begin(first, Part::right);
+        const Pattern nothing;
+        roots.focus = lowering.Begin(bRightIsFirst ? environment.right : nothing, Part::right);
     } else {
-        roots.focus = lowering.Begin(FirstCondition(rule.focus), Part::focus);
+        roots.focus = lowering.Begin(rule.focus, Part::focus);
     }
     *pTooLong = builder.bTooLong();
     return builder.Finish(std::move(name), rule.span, roots);
@@ -197,7 +206,7 @@ BuiltTest LowerSpan(const Tier& tier, const SpanPattern& span, std::string name,
     roots.stream = tier.spanned;
     const NodeId end = lowering.SetEnd(builder.Done(), Part::focus);
     roots.right = lowering.Lower(span.pattern, Part::focus, {end, end}, true);
-    roots.focus = lowering.Begin(FirstCondition(span.pattern), Part::focus);
+    roots.focus = lowering.Begin(span.pattern, Part::focus);
     *pTooLong = builder.bTooLong();
     return builder.Finish(std::move(name), span.span, roots);
 }

@@ -145,7 +145,8 @@ Condition ReadCondition(Cursor& cursor) {
     Condition condition;
     if (!cursor.IsSign(']')) condition = ReadAny(cursor);
     cursor.ExpectSign(']', "']', '|' or another condition");
-    if (condition.span.line == 0) condition.span = cursor.Since(begin);
+    // With its brackets: so it is shown to people.
+    condition.span = cursor.Since(begin);
     return condition;
 }
 

@@ -73,6 +73,7 @@ public:
         tried.pEnd = pEnd;
         tried.elements = std::move(m_elements);
         if (pEnd == nullptr) Explain(tried);
+        m_pRule = nullptr;
         return tried;
     }
 
@@ -82,7 +83,9 @@ public:
         const auto it = std::upper_bound(tests.begin(), tests.end(), base, isBefore);
         m_pTest = it == tests.begin() ? nullptr : &*(it - 1);
         m_frames.clear();
-        if (m_pTest == nullptr || m_pRule == nullptr) return;
+        // Runs of spanning tiers are tested too, and are no rule's business.
+        if (m_pRule == nullptr) m_pTest = nullptr;
+        if (m_pTest == nullptr) return;
         const int index = static_cast<int>(m_pTest - tests.data());
         const LoweredRule& lowered = LoweredOf(*m_pRule);
         const auto at = std::find(lowered.except.begin(), lowered.except.end(), index);

@@ -29,6 +29,7 @@ int Exchange(char32_t a, char32_t b) {
 // Letters left out, put in, exchanged, or two of them swapped.
 int Distance(const std::u32string& a, const std::u32string& b) {
     const std::size_t width = b.size() + 1;
+    // Three rows of the table are enough: a swap of two letters looks two rows back.
     std::vector<int> before(width);
     std::vector<int> above(width);
     std::vector<int> row(width);
@@ -59,6 +60,7 @@ std::string_view NearestName(std::string_view word, const std::vector<std::strin
         if (name.size() > 4 * kLongest) continue;
         const std::u32string letters = CodePoints(name);
         const std::size_t longer = std::max(letters.size(), wanted.size());
+        // So many letters are missing at least: most names are passed without a table.
         const std::size_t apart = longer - std::min(letters.size(), wanted.size());
         if (longer > kLongest || 3 * apart > longer) continue;
         const int distance = Distance(wanted, letters);

@@ -11,6 +11,8 @@ const char* const kTest = "a feature, a value or a token";
 
 Condition ReadAny(Cursor& cursor);
 
+// The signs of a comparison come from the lexer one by one, as most of them also stand alone: "!=x"
+// in a pattern is a token that is not the one captured as x.
 std::optional<Comparison> TakeComparison(Cursor& cursor) {
     const auto Taken = [&](int n, Comparison comparison) {
         while (n-- > 0) cursor.Next();
@@ -57,15 +59,8 @@ Condition Negated(Cursor& cursor, Condition part, const Span& begin) {
     return condition;
 }
 
-// A name, perhaps with a "-" that belongs to its word. Says whether it has.
-bool TakeMinus(Word* pName) {
-    if (pName->bQuoted || pName->text.size() < 2 || pName->text.front() != '-') return false;
-    pName->text.erase(0, 1);
-    ++pName->span.column;
-    --pName->span.length;
-    return true;
-}
-
+// A name, or a name that is compared. `bSigned`: a "+" or "!" stood in front, so that a "-" is a
+// letter of the token.
 Condition ReadName(Cursor& cursor, bool bSigned) {
     Condition name;
     name.kind = Condition::Kind::name;
@@ -75,6 +70,7 @@ Condition ReadName(Cursor& cursor, bool bSigned) {
     name.span = name.left.span;
     const Lexeme& sign = cursor.Peek();
     if (const auto comparison = TakeComparison(cursor)) {
+        // "-stress=1" could be "not stress=1" or "stress is not 1 but has a value": nobody guesses.
         if (bSigned || bMinus) {
             cursor.Fail(cursor.Since(begin),
                         "a comparison has no '+', '-' or '!' in front; '!=' is not equal");
@@ -106,6 +102,7 @@ Condition ReadTest(Cursor& cursor) {
     return ReadName(cursor, bPlus);
 }
 
+// What ends a row of tests that hold together.
 bool EndsAll(const Cursor& cursor) {
     return cursor.AtEnd() || cursor.IsSign('|') || cursor.IsSign(')') || cursor.IsSign(']');
 }
@@ -124,6 +121,7 @@ Condition ReadAll(Cursor& cursor) {
     std::vector<Condition> parts;
     do {
         parts.push_back(ReadTest(cursor));
+        // A comma means what a blank means, but promises that something follows.
         if (cursor.TakeSign(',') && EndsAll(cursor)) cursor.Expected(kTest);
     } while (!EndsAll(cursor));
     return Gathered(Condition::Kind::all, std::move(parts));
@@ -145,8 +143,13 @@ Condition ReadCondition(Cursor& cursor) {
     Condition condition;
     if (!cursor.IsSign(']')) condition = ReadAny(cursor);
     cursor.ExpectSign(']', "']', '|' or another condition");
+<<<<<<< HEAD
     // With its brackets: so it is shown to people.
     condition.span = cursor.Since(begin);
+=======
+    // "[]" holds for every token; it has no part that could lend it a place.
+    if (condition.span.line == 0) condition.span = cursor.Since(begin);
+>>>>>>> w/reader
     return condition;
 }
 

@@ -9,6 +9,8 @@ namespace mlds::rules::syntax {
 
 namespace {
 
+// Far more than anybody reads, far less than a thread's stack holds: a level costs some hundred
+// bytes in each of the functions that call each other, and sanitizers make frames larger.
 constexpr int kDeepest = 100;
 
 char CloserOf(char opener) {
@@ -23,6 +25,7 @@ char CloserOf(char opener) {
 }  // namespace
 
 const Lexeme& Cursor::Peek(std::size_t ahead) const {
+    // The end is seen again and again, so nobody has to ask how many lexemes are left.
     return m_lexemes[std::min(m_at + ahead, m_lexemes.size() - 1)];
 }
 
@@ -67,6 +70,7 @@ Word Cursor::ExpectName(const std::string& what, const std::string& help) {
 
 Word Cursor::ExpectGluedName(const std::string& what) {
     if (!Is(Lex::word)) Expected(what);
+    // "# s" is an edge and then a token, so a blank is no matter of taste for names behind signs.
     if (!Peek().bGlued) Fail(Peek().word.span, "expected " + what + " without a blank before it");
     return Next().word;
 }
@@ -123,6 +127,7 @@ Cursor::Level::Level(Cursor& cursor) : m_cursor(cursor) {
 }
 
 std::string QuotingHelp(const Lexeme& lexeme) {
+    // Brackets are left out: who forgets one has forgotten the other half, not the quotes.
     const std::string_view kMayBeTokens = ".,:?!*+&#^@$/\\~_=<>";
     const bool bSign = lexeme.kind == Lex::sign || (lexeme.kind == Lex::end && lexeme.sign != 0);
     if (!bSign || kMayBeTokens.find(lexeme.sign) == std::string_view::npos) {
@@ -130,6 +135,15 @@ std::string QuotingHelp(const Lexeme& lexeme) {
     }
     const std::string escape = lexeme.sign == '\\' ? "\\" : "";
     return "; as a token it is written \"" + escape + lexeme.sign + "\"";
+}
+
+bool TakeMinus(Word* pName) {
+    // A minus alone is a token.
+    if (pName->bQuoted || pName->text.size() < 2 || pName->text.front() != '-') return false;
+    pName->text.erase(0, 1);
+    ++pName->span.column;
+    --pName->span.length;
+    return true;
 }
 
 bool IsNothing(const Lexeme& lexeme) {
@@ -145,6 +159,7 @@ int NumberOf(std::string_view digits, int most) {
     int number = 0;
     for (const char c : digits) {
         if (c < '0' || c > '9') return -1;
+        // Stops growing at the limit, however many digits there are.
         if (number <= most) number = std::min(number * 10 + (c - '0'), most + 1);
     }
     return number;
@@ -168,6 +183,7 @@ void CheckBrackets(const std::vector<Lexeme>& lexemes) {
         }
         open.pop_back();
     }
+    // The innermost one: what closes the outer ones may be there, taken for this one's.
     if (!open.empty()) {
         throw Fault{open.back()->word.span, "this " + Described(*open.back()) + " is not closed"};
     }

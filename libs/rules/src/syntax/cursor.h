@@ -78,6 +78,9 @@ private:
 /// What to add to a message where a sign stands in the place of a token.
 std::string QuotingHelp(const Lexeme& lexeme);
 
+/// A "-" in front of a name is a letter of its word: takes it away, and says whether there was one.
+bool TakeMinus(Word* pName);
+
 /// Whether "0" stands there without quotes, which is nothing and no token.
 bool IsNothing(const Lexeme& lexeme);
 std::string NothingIsNoToken();

@@ -117,6 +117,7 @@ Lexeme Lexer::PlainWord() {
         }
         end = c.next;
     }
+    // Everything is compared in composed form, whatever the editor has typed.
     Lexeme word = Made(Lex::word, end - m_at);
     word.word.text = Composed(text.substr(word.begin, end - word.begin));
     return word;
@@ -128,6 +129,7 @@ Lexeme Lexer::Text() {
     std::size_t end = m_at + 1;
     for (; end < text.size() && text[end] != '"' && text[end] != '\n'; ++end) {
         if (text[end] == '\\') {
+            // Others are kept free: "\n" must not be an n today and a line feed tomorrow.
             const bool bKnown =
                 end + 1 < text.size() && (text[end + 1] == '"' || text[end + 1] == '\\');
             if (!bKnown) {
@@ -173,6 +175,7 @@ RawText RawRest(const Line& line, std::size_t at) {
             i = std::min(text.find('\n', i), text.size());
             if (i == text.size()) break;
         }
+        // A quote that is not closed ends with its line, and takes no comment of the next with it.
         if (text[i] == '\n') bQuoted = false;
         if (text[i] == '"') bQuoted = !bQuoted;
         raw.text += text[i] == '\n' ? ' ' : text[i];

@@ -9,6 +9,7 @@ namespace mlds::rules::syntax {
 
 namespace {
 
+// Some work is done for each line and each place in it: what is longer is no rule file.
 constexpr std::size_t kLongestLine = 100'000;
 constexpr char32_t kByteOrderMark = U'\uFEFF';
 
@@ -90,6 +91,7 @@ void Reporter::Warn(const Fault& fault) {
 }
 
 void Line::Append(const Source& source, int number) {
+    // The line feed between them parts words and ends comments.
     if (!m_text.empty()) {
         m_text += '\n';
         m_places.push_back(m_end);
@@ -99,6 +101,7 @@ void Line::Append(const Source& source, int number) {
     Place place{number, 1};
     for (std::size_t at = 0; at < line.size(); ++place.column) {
         const std::size_t next = CodePointAt(line, at).next;
+        // Of every byte, so that a place is looked up and not counted out for each word.
         m_places.insert(m_places.end(), next - at, place);
         at = next;
     }
@@ -125,6 +128,7 @@ std::vector<StatementLines> SplitStatements(Reporter& reporter) {
         const std::string_view line = source.Line(number);
         int indentation = 0;
         const std::size_t begin = BeginOf(line, &indentation);
+        // Comments stand wherever they look well: their indentation says nothing.
         if (begin == line.size() || line[begin] == ';') continue;
         if (line.size() > kLongestLine) {
             reporter.Report({{reporter.file(), number, 1, 1},

@@ -35,6 +35,7 @@ bool BeginsItem(const Cursor& cursor) {
     return std::string_view("[.(<&!^@#").find(cursor.Peek().sign) != std::string_view::npos;
 }
 
+// A count is a word to the lexer; digits that are too many are no wrap-around but a fault.
 int ReadCount(Cursor& cursor) {
     const int count = cursor.Is(Lex::word) ? NumberOf(cursor.Peek().word.text, kMostRepeated) : -1;
     if (count < 0) cursor.Expected("a number in '{ }'", "as in {2}, {2,} or {0,3}");
@@ -69,6 +70,7 @@ void ReadRepetition(Cursor& cursor, Repetition* pRepetition) {
         case '+': *pRepetition = {1, -1, false, {}}; break;
         default: ReadCounts(cursor, begin, pRepetition); break;
     }
+    // Behind a blank it repeats nothing, and is reported as that.
     if (cursor.IsGlued('?', 0)) {
         pRepetition->bShortest = true;
         cursor.Next();
@@ -81,6 +83,7 @@ void ReadRepetition(Cursor& cursor, Repetition* pRepetition) {
     }
 }
 
+// All that stands in brackets of some kind comes through here, so this is where depth is counted.
 Pattern ReadGroup(Cursor& cursor) {
     const Cursor::Level level(cursor);
     Pattern pattern = ReadPattern(cursor);
@@ -98,6 +101,7 @@ void ReadParentheses(Cursor& cursor, Item* pItem) {
     pItem->pattern = ReadGroup(cursor);
     cursor.ExpectSign(')', "')' or more of the pattern");
     const auto& alternatives = pItem->pattern.alternatives;
+    // "(a|)" may be nothing, "()" can be nothing else.
     if (alternatives.size() == 1 && alternatives.front().items.empty()) {
         cursor.Fail(cursor.Since(begin), "nothing stands in these parentheses");
     }
@@ -181,11 +185,13 @@ bool ReadPlace(Cursor& cursor, Item* pItem) {
     return true;
 }
 
+// "&" and "!" take one atom: "!a*" would be read in two ways by two people.
 void ReadLook(Cursor& cursor, Item* pItem) {
     const bool bNot = cursor.Next().sign == '!';
     pItem->kind = bNot ? Item::Kind::lookNot : Item::Kind::lookAhead;
     Item looked;
     looked.span = cursor.Peek().word.span;
+    // A mark set where nothing has matched, or asked for where nothing moves, helps nobody.
     if (cursor.IsSign('^') || cursor.IsSign('@')) {
         cursor.Expected("a token, a group or a boundary to look for");
     }
@@ -228,6 +234,7 @@ Item ReadItem(Cursor& cursor) {
 Sequence ReadSequence(Cursor& cursor) {
     Sequence sequence;
     sequence.span = cursor.Peek().word.span;
+    // Ends at the first sign that begins no item; whoever called knows what may stand there.
     while (BeginsItem(cursor)) sequence.items.push_back(ReadItem(cursor));
     if (!sequence.items.empty()) sequence.span = cursor.Since(sequence.span);
     return sequence;

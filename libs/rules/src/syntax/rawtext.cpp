@@ -58,6 +58,7 @@ Expansion ReadExpansion(const Line& line, std::size_t behindKeyword) {
     Expansion expansion;
     const std::size_t length = raw.text.find_last_not_of(" \t", as) + 1;
     expansion.pattern.span = line.SpanOf(raw.begin, raw.begin + length);
+    // "Sr." alone is a literal; "a"|"b" is an expression that begins with a quote.
     if (raw.text.front() == '"') {
         const Lexeme literal = Lexer(line, raw.begin).Next();
         if (literal.end == raw.begin + length) expansion.pattern = literal.word;
@@ -91,6 +92,7 @@ Assert ReadAssert(const Line& line) {
     Taken(IsSign('='), kArrow);
     Taken(IsSign('>'), kArrow);
     std::size_t begin = lexer.at();
+    // Looked at as it stands: what is expected may hold quotes and signs that are no lexemes.
     const RawText first = RawRest(line, begin);
     if (first.text.starts_with("tier ") || first.text.starts_with("tier\t")) {
         lexer.Next();

@@ -12,15 +12,13 @@ namespace {
 const std::vector<std::string> kStatements = {"language", "read",    "tier",   "lexicon",
                                               "class",    "pattern", "show",   "ipa",
                                               "block",    "assert",  "include"};
-const std::vector<std::string> kPartsOfTiers = {"feature", "field",  "letters", "ignore",
-                                                "join",    "expand", "case"};
-
 bool Holds(const std::vector<std::string>& names, std::string_view name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 // ---- blocks ----
 
+// In any order, each once: who reads the head of a block does not care which comes first.
 void ReadOption(Cursor& cursor, Block* pBlock) {
     const bool bFirst = cursor.IsWord("first");
     if (cursor.IsWord("within") && !pBlock->within) {
@@ -64,7 +62,7 @@ bool HasAction(const std::vector<Lexeme>& lexemes) {
 
 std::string MessageOfStranger(const std::vector<Lexeme>& lexemes) {
     const Lexeme& first = lexemes.front();
-    if (first.kind == Lex::word && Holds(kPartsOfTiers, first.word.text)) {
+    if (first.kind == Lex::word && Holds(TierPartNames(), first.word.text)) {
         return Described(first) + " stands indented below its tier";
     }
     if (HasAction(lexemes)) return "a rule stands indented below its block";
@@ -97,6 +95,7 @@ private:
             throw Fault{Lexer(line).Next().word.span,
                         "an indented line belongs to the statement above it, and there is none"};
         }
+        // What continues it belongs to some statements only, so the first line says which it is.
         const Line head = HeadLine(m_reporter, lines, 0);
         const Lexeme first = Lexer(head).Next();
         std::string keyword = first.kind == Lex::word ? first.word.text : std::string();
@@ -128,7 +127,8 @@ private:
         const std::string& word = first.word.text;
         const bool bNameBehind =
             lexemes.size() > 1 && (lexemes[1].kind == Lex::word || lexemes[1].kind == Lex::text);
-        if (first.kind == Lex::word && bNameBehind && !Holds(kPartsOfTiers, word)) {
+        // "blok -> x" is a rule that stands in the wrong place.
+        if (first.kind == Lex::word && bNameBehind && !Holds(TierPartNames(), word)) {
             const std::string keyword(NearestName(word, kStatements));
             if (!keyword.empty()) {
                 m_reporter.Report({first.word.span, "there is no statement '" + word + "'" +
@@ -153,6 +153,10 @@ private:
 
 }  // namespace
 
+bool IsStatementName(std::string_view word) {
+    return Holds(kStatements, word);
+}
+
 std::optional<Block> ReadBlock(const StatementLines& lines, Reporter& reporter) {
     Block block;
     try {
@@ -164,6 +168,7 @@ std::optional<Block> ReadBlock(const StatementLines& lines, Reporter& reporter) 
     for (const Line& line : SplitParts(reporter, lines)) {
         for (Rule& rule : ReadRules(line, reporter)) block.rules.push_back(std::move(rule));
     }
+    // Its rules were read all the same, for what is wrong in them.
     if (!block.name || !block.from) return std::nullopt;
     return block;
 }

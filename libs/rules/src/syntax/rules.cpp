@@ -4,11 +4,13 @@
 #include <string_view>
 
 #include "syntax/elements.h"
+#include "syntax/statements.h"
 
 namespace mlds::rules::syntax {
 
 namespace {
 
+// A hundredfold duration is a slip of the keyboard already.
 constexpr int kMostPercent = 10'000;
 
 // ---- the rules of a line ----
@@ -27,9 +29,11 @@ std::vector<Part> SplitAtCommas(std::vector<Lexeme> lexemes) {
         if (lexeme.kind == Lex::sign) {
             const char sign = lexeme.sign;
             if (sign == '(' || sign == '[' || sign == '{') ++depth;
+            // One that closes nothing is a fault of its own rule, not of those behind it.
             if ((sign == ')' || sign == ']' || sign == '}') && depth > 0) --depth;
         }
         const bool bComma = lexeme.kind == Lex::sign && lexeme.sign == ',' && depth == 0;
+        // Each rule is read by a cursor of its own, for which the comma is the end of everything.
         if (bComma) lexeme.kind = Lex::end;
         parts.back().lexemes.push_back(std::move(lexeme));
         if (bComma) parts.emplace_back();
@@ -58,11 +62,8 @@ Setting ReadSetting(Cursor& cursor) {
         if (cursor.TakeSign('=')) {
             if (!cursor.IsToken()) cursor.Expected("a value or a number behind '='");
             setting.value = cursor.Next().word;
-        } else if (setting.name.text.size() > 1 && setting.name.text.front() == '-') {
+        } else if (TakeMinus(&setting.name)) {
             setting.kind = Setting::Kind::no;
-            setting.name.text.erase(0, 1);
-            ++setting.name.span.column;
-            --setting.name.span.length;
         } else if (cursor.IsSign(']') || cursor.IsSign(',') || cursor.Is(Lex::word)) {
             const std::string& name = setting.name.text;
             cursor.Fail(setting.span, "expected what becomes of '" + name + "': +" + name + ", -" +
@@ -115,6 +116,7 @@ ResultItem ReadResultItem(Cursor& cursor) {
 
 std::vector<ResultItem> ReadResult(Cursor& cursor) {
     std::vector<ResultItem> result;
+    // No items are the result "0"; that nothing at all is written is a slip.
     if (IsNothing(cursor.Peek())) {
         const Span zero = cursor.Next().word.span;
         if (!EndsResult(cursor)) cursor.Fail(zero, NothingIsNoToken());
@@ -195,12 +197,14 @@ bool EndsEnvironment(const Cursor& cursor) {
     return EndsResult(cursor) || cursor.IsSign('|');
 }
 
+// Sequences on both sides, not patterns: a "|" here is one between environments.
 Environment ReadEnvironment(Cursor& cursor, bool bFirst) {
     Environment environment;
     const Span begin = cursor.Peek().word.span;
     environment.left = ReadSequence(cursor);
     if (!cursor.IsSign('_')) {
         if (!EndsEnvironment(cursor)) cursor.ExpectedToken("'_' or more of the environment");
+        // The commonest reason: a choice that was meant to stand within the environment.
         const bool bChoice = !bFirst || cursor.IsSign('|');
         cursor.Fail(cursor.Since(begin),
                     std::string("expected '_' in this environment, where the focus stands") +
@@ -241,6 +245,7 @@ void ReadEnvironments(Cursor& cursor, Rule* pRule) {
 
 // ---- the whole ----
 
+// Where a rule stands in messages and traces: what goes on in further lines has no place in one.
 Span FirstLineOf(const Cursor& cursor) {
     Span span = cursor.lexemes().front().word.span;
     for (const Lexeme& lexeme : cursor.lexemes()) {
@@ -257,6 +262,7 @@ Rule ReadRule(Cursor& cursor) {
         cursor.Next();
     }
     if (cursor.AtEnd()) cursor.ExpectedToken("a rule");
+    // "0 a" is read on, for the message that says how the token is written.
     if (IsNothing(cursor.Peek()) && !cursor.IsToken(1)) {
         rule.bInsertion = true;
         cursor.Next();
@@ -275,13 +281,10 @@ Rule ReadRule(Cursor& cursor) {
 
 // A statement in the place of a rule: whatever else is wrong with it as a rule, this is why.
 bool IsIndentedStatement(const Cursor& cursor) {
+    // "read -> r e d" is a rule.
     if (!cursor.IsToken(1)) return false;
     const Lexeme& first = cursor.lexemes().front();
-    for (const char* pWord : {"language", "tier", "lexicon", "class", "pattern", "show", "ipa",
-                              "block", "assert", "include"}) {
-        if (first.kind == Lex::word && first.word.text == pWord) return true;
-    }
-    return false;
+    return first.kind == Lex::word && IsStatementName(first.word.text);
 }
 
 Fault StatementIndented(const Cursor& cursor) {

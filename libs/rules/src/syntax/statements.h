@@ -10,6 +10,10 @@
 
 namespace mlds::rules::syntax {
 
+bool IsStatementName(std::string_view word);
+/// "feature", "field" and the others that begin an indented line of a tier.
+const std::vector<std::string>& TierPartNames();
+
 /// Statements of which what can be read is kept, as others speak of their names. Nothing if not
 /// even the name can be read.
 std::optional<Tier> ReadTier(const StatementLines& lines, Reporter& reporter);

@@ -10,11 +10,8 @@ namespace mlds::rules::syntax {
 
 namespace {
 
-const std::vector<std::string> kPartNames = {"feature", "field",  "ignore",
-                                             "join",    "expand", "case"};
-
 bool IsPartName(std::string_view word) {
-    return std::find(kPartNames.begin(), kPartNames.end(), word) != kPartNames.end();
+    return std::find(TierPartNames().begin(), TierPartNames().end(), word) != TierPartNames().end();
 }
 
 // ---- the parts ----
@@ -23,6 +20,7 @@ Feature ReadFeature(Cursor& cursor, Reporter& reporter) {
     Feature feature;
     feature.name = cursor.ExpectName("the name of a feature");
     if (cursor.TakeSign('=')) {
+        // The place of the value is the feature's: its author wrote no other.
         feature.values.push_back({{"yes", false, feature.name.span}, {}});
         feature.values.back().tokens =
             ReadTokens(cursor, reporter, "the feature's tokens behind '='");
@@ -50,6 +48,7 @@ NumberField ReadField(Cursor& cursor) {
 Ignore ReadIgnore(Cursor& cursor, Reporter& reporter) {
     Ignore ignore;
     ignore.characters = ReadTokens(cursor, reporter, "characters of the text, or 'other'");
+    // In quotes it would be five characters to be ignored together.
     const auto nBefore = ignore.characters.size();
     std::erase_if(ignore.characters,
                   [](const Word& word) { return !word.bQuoted && word.text == "other"; });
@@ -91,6 +90,7 @@ public:
             m_tier.span = cursor.Since(begin);
             ReadHead(cursor);
         } catch (const Fault& fault) {
+            // Whether it is from text, or spans, may stand behind the fault.
             m_bKindKnown = false;
             m_reporter.Report(fault);
         }
@@ -131,7 +131,7 @@ private:
     static bool HoldsTokensOnly(const std::vector<Lexeme>& lexemes, const std::string& tier) {
         const Lexeme& first = lexemes.front();
         if (first.kind == Lex::word && (first.word.text == tier || IsPartName(first.word.text) ||
-                                        !DidYouMean(first.word.text, kPartNames).empty())) {
+                                        !DidYouMean(first.word.text, TierPartNames()).empty())) {
             return false;
         }
         return std::none_of(lexemes.begin(), lexemes.end(), [](const Lexeme& lexeme) {
@@ -186,6 +186,7 @@ private:
         const Lexeme first = cursor.Peek();
         const std::string& word = first.word.text;
         if (first.kind != Lex::word) Unknown(cursor);
+        // Names of tokens come before keywords: a tier may well span its cases.
         if (cursor.IsSign('=', 1) || cursor.IsSign(':', 1)) return ReadDefinition(cursor);
         const bool bKeyword = IsPartName(word);
         if (!bKeyword && word != m_tier.name.text) Unknown(cursor);
@@ -216,7 +217,7 @@ private:
     }
 
     [[noreturn]] void Unknown(const Cursor& cursor) const {
-        std::vector<std::string> names = kPartNames;
+        std::vector<std::string> names = TierPartNames();
         if (m_tier.bFromText) names.push_back(m_tier.name.text);
         const std::string& tier = m_tier.name.text;
         cursor.ExpectedWord(
@@ -234,12 +235,19 @@ private:
 
 }  // namespace
 
+const std::vector<std::string>& TierPartNames() {
+    static const std::vector<std::string> names = {"feature", "field",  "ignore",
+                                                   "join",    "expand", "case"};
+    return names;
+}
+
 std::vector<Word> ReadTokens(Cursor& cursor, Reporter& reporter, const std::string& what) {
     std::vector<Word> tokens;
     bool bAny = false;
     while (!cursor.AtEnd() && !cursor.IsSign('|')) {
         bAny = true;
         try {
+            // A feature or tier that were lost with one token would be missed in every rule.
             tokens.push_back(cursor.ExpectToken("a token"));
         } catch (const Fault& fault) {
             reporter.Report(fault);

@@ -44,7 +44,8 @@ public:
     ReadText Read(std::string_view utf8, Unknown unknown);
     /// The letters of one word, "México", as tokens; what is no letter gives kPlace.
     TokenKey Letters(std::string_view utf8);
-    /// What was typed, by its code.
+    /// What was typed, by its code in the text that was read last: codes of longer ago may have
+    /// been given up.
     std::string CharacterOf(int code) const;
 
 private:

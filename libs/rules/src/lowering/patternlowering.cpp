@@ -29,6 +29,7 @@ bool CanBeEmpty(const Pattern& pattern) {
     }
 }
 
+// In a crossing a token of the other tier counts as well: the position is no longer where it was.
 bool CanTake(const Pattern& pattern) {
     switch (pattern.kind) {
         case Kind::token: return true;
@@ -40,6 +41,7 @@ bool CanTake(const Pattern& pattern) {
     }
 }
 
+// What fails inside a "!" is what was hoped for, so nothing in there decides against the rule.
 Element PatternLowering::ElementOf(const Pattern& pattern, Meaning meaning) const {
     return {m_setting.part, &pattern, meaning == Meaning::decides && !m_bNegated,
             meaning == Meaning::staysWithin};
@@ -54,6 +56,7 @@ NodeId PatternLowering::Pair(Opcode opcode, NodeId first, NodeId second, const E
 
 NodeId PatternLowering::Lower(const Pattern& pattern, const Rest& rest, bool bFirst) {
     if (m_builder.bTooLong()) return m_builder.Done();
+    // Without edges the first token is like the others, and need not be made twice.
     if (m_setting.edge == 0) bFirst = false;
     const NodeId next = bFirst ? rest.stillFirst : rest.next;
     switch (pattern.kind) {
@@ -125,6 +128,7 @@ NodeId PatternLowering::LowerSequence(const Pattern& pattern, Rest rest, bool bF
     return bFirst ? rest.stillFirst : rest.next;
 }
 
+// The rest is tried behind each way, so a way that matches too much or too little is left again.
 NodeId PatternLowering::LowerChoice(const Pattern& pattern, const Rest& rest, bool bFirst) {
     NodeId choice = 0;
     for (std::size_t i = pattern.parts.size(); i-- > 0;) {
@@ -134,11 +138,14 @@ NodeId PatternLowering::LowerChoice(const Pattern& pattern, const Rest& rest, bo
     return choice != 0 ? choice : bFirst ? rest.stillFirst : rest.next;
 }
 
+// What is tried first is what is wanted most: the long way, unless the short one is asked for.
 NodeId PatternLowering::Option(const Pattern& pattern, NodeId taken, NodeId passed) {
     if (pattern.bShortest) std::swap(taken, passed);
     return Pair(Opcode::Or, taken, passed, ElementOf(pattern));
 }
 
+// So many copies as are required, then the others nested, each an option of the one before it:
+// p{1,3} is p(p(p)?)?. Flat, p?p? would try the same lengths again and again.
 NodeId PatternLowering::LowerRepeat(const Pattern& pattern, const Rest& rest, bool bFirst) {
     if (pattern.most < 0) return LowerLoop(pattern, rest, bFirst);
     const Pattern& part = pattern.parts.at(0);
@@ -190,6 +197,8 @@ NodeId PatternLowering::LowerLoop(const Pattern& pattern, const Rest& rest, bool
     return pattern.least > 0 ? first : Option(pattern, first, rest.stillFirst);
 }
 
+// The Not has a rest of its own, so that the position is its own as well and not where the pattern
+// failed.
 NodeId PatternLowering::LowerLookNot(const Pattern& pattern, NodeId next, bool bFirst) {
     const Element element = ElementOf(pattern, Meaning::decides);
     const bool bNegated = std::exchange(m_bNegated, true);
@@ -239,6 +248,7 @@ NodeId PatternLowering::LowerCross(const Pattern& pattern, const Rest& rest, boo
 NodeId PatternLowering::WayBack(TierId tier) {
     const auto [entry, bNew] = m_waysBack.emplace(tier, 0);
     if (!bNew) return entry->second;
+    // Before the step: where the pattern ended at a tied place, nothing is stepped over.
     const NodeId way = m_builder.Add(Opcode::Or, {}, {});
     const NodeId back =
         m_builder.AddOnce(Opcode::SyncTest, {0, m_builder.Stream(tier), 0, m_builder.Done()});

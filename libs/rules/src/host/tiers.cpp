@@ -22,6 +22,7 @@ CField* AddField(CStream* pStream, const std::string& name, FieldValType type) {
     return pField;
 }
 
+// Values are set all or none, and only once.
 bool SetValues(CField* pField, const std::vector<std::string>& values) {
     std::vector<const char*> texts;
     for (const std::string& value : values) texts.push_back(value.c_str());
@@ -75,12 +76,14 @@ bool AddFeature(CStream* pStream, const Field& feature) {
     return true;
 }
 
+// A new token holds 0 by itself. The default is for tokens that are reset, which would get -1.
 bool AddNumber(CStream* pStream, const Field& field) {
     CField* pField = AddField(pStream, field.name, fvInt);
     if (pField != nullptr) pField->SetDefaultValue(0);
     return pField != nullptr;
 }
 
+// Text and time have numbers for names: characters that no list could hold, and durations.
 bool AddTier(CPlexa& plexa, const Tier& tier) {
     CStream* pStream = plexa.pStream(plexa.AddStream(tier.name.c_str()));
     if (pStream == nullptr || tier.name != pStream->GetStreamName()) return false;

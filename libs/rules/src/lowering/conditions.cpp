@@ -41,6 +41,7 @@ public:
     }
 
 private:
+    // An absent operand of And holds, so what always holds is left out.
     NodeId LowerAll(const Condition& condition) {
         NodeId all = 0;
         for (std::size_t i = condition.parts.size(); i-- > 0;) {
@@ -51,6 +52,7 @@ private:
         return all;
     }
 
+    // None of no conditions holds. An Or without operands would hold, hence the Not.
     NodeId LowerAny(const Condition& condition) {
         NodeId any = 0;
         for (std::size_t i = condition.parts.size(); i-- > 0;) {
@@ -61,6 +63,8 @@ private:
         return condition.parts.empty() ? Not(0) : any;
     }
 
+    // Not leaves its position where a failed operand left it unless something follows, hence the
+    // rest that does nothing.
     NodeId Not(NodeId condition) {
         const NodeId what = condition == 0 ? m_builder.Done() : condition;
         return m_builder.AddOnce(Opcode::Not, {0, what, 0, m_builder.Done()});

@@ -12,6 +12,8 @@ namespace mlds::rules {
 
 namespace {
 
+// Tests stand in one array, spans first, then the rules in their order. Errors are told at the
+// rule, and the other rules are lowered all the same, so that one run finds all that are too long.
 class ModelLowering {
 public:
     ModelLowering(const Model& model, const Sources& sources, Diagnostics& diagnostics)
@@ -45,6 +47,8 @@ private:
         }
     }
 
+    // A rule without a "/" has one test; one with several has a test for each, as one environment
+    // may look to both sides and a test has no way to try another pair of them.
     LoweredRule LowerRule(const Block& block, const Rule& rule, const std::string& name) {
         LoweredRule lowered;
         const int nVariables = static_cast<int>(rule.variables.size());
@@ -89,6 +93,7 @@ private:
     // The index of a new test. One that is too long stands there without its instructions, which
     // an error explains.
     int Take(BuiltTest built, bool bTooLong) {
+        // What counts is what the assembler makes: equal constants are one instruction there.
         const mlds_testasm::Layout layout = mlds_testasm::LayOut(built.test);
         const int n = bTooLong ? kEndless : static_cast<int>(layout.order.size());
         m_nLongest = std::max(m_nLongest, n);
@@ -113,6 +118,7 @@ private:
         m_bFaulty = true;
     }
 
+    // Once all tests are there; with one missing, the indices of tests and images would differ.
     void Assemble() {
         if (m_bFaulty) return;
         mlds_testasm::Diagnostics diagnostics("rules");
@@ -127,6 +133,7 @@ private:
         }
     }
 
+    // Stands for a number that nobody counted to the end.
     static constexpr int kEndless = 1'000'000;
 
     const Model& m_model;

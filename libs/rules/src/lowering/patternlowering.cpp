@@ -9,6 +9,42 @@ namespace mlds::rules {
 
 using Kind = Pattern::Kind;
 
+<<<<<<< HEAD
+=======
+namespace {
+
+bool IsAnyOf(const std::vector<Pattern>& parts, bool (*predicate)(const Pattern&)) {
+    return std::any_of(parts.begin(), parts.end(), predicate);
+}
+
+}  // namespace
+
+bool CanBeEmpty(const Pattern& pattern) {
+    switch (pattern.kind) {
+        case Kind::token: return false;
+        case Kind::sequence:
+            return std::all_of(pattern.parts.begin(), pattern.parts.end(), CanBeEmpty);
+        case Kind::choice: return IsAnyOf(pattern.parts, CanBeEmpty);
+        case Kind::repeat: return pattern.least == 0 || CanBeEmpty(pattern.parts.at(0));
+        case Kind::cross: return CanBeEmpty(pattern.parts.at(0));
+        default: return true;
+    }
+}
+
+// In a crossing a token of the other tier counts as well: the position is no longer where it was.
+bool CanTake(const Pattern& pattern) {
+    switch (pattern.kind) {
+        case Kind::token: return true;
+        case Kind::sequence:
+        case Kind::choice:
+        case Kind::cross: return IsAnyOf(pattern.parts, CanTake);
+        case Kind::repeat: return pattern.most != 0 && CanTake(pattern.parts.at(0));
+        default: return false;
+    }
+}
+
+// What fails inside a "!" is what was hoped for, so nothing in there decides against the rule.
+>>>>>>> w/lowering
 Element PatternLowering::ElementOf(const Pattern& pattern, Meaning meaning) const {
     return {m_setting.part, &pattern, meaning == Meaning::decides && !m_bNegated,
             meaning == Meaning::staysWithin};
@@ -23,6 +59,7 @@ NodeId PatternLowering::Pair(Opcode opcode, NodeId first, NodeId second, const E
 
 NodeId PatternLowering::Lower(const Pattern& pattern, const Rest& rest, bool bFirst) {
     if (m_builder.bTooLong()) return m_builder.Done();
+    // Without edges the first token is like the others, and need not be made twice.
     if (m_setting.edge == 0) bFirst = false;
     const NodeId next = bFirst ? rest.stillFirst : rest.next;
     switch (pattern.kind) {
@@ -94,6 +131,7 @@ NodeId PatternLowering::LowerSequence(const Pattern& pattern, Rest rest, bool bF
     return bFirst ? rest.stillFirst : rest.next;
 }
 
+// The rest is tried behind each way, so a way that matches too much or too little is left again.
 NodeId PatternLowering::LowerChoice(const Pattern& pattern, const Rest& rest, bool bFirst) {
     NodeId choice = 0;
     for (std::size_t i = pattern.parts.size(); i-- > 0;) {
@@ -103,11 +141,14 @@ NodeId PatternLowering::LowerChoice(const Pattern& pattern, const Rest& rest, bo
     return choice != 0 ? choice : bFirst ? rest.stillFirst : rest.next;
 }
 
+// What is tried first is what is wanted most: the long way, unless the short one is asked for.
 NodeId PatternLowering::Option(const Pattern& pattern, NodeId taken, NodeId passed) {
     if (pattern.bShortest) std::swap(taken, passed);
     return Pair(Opcode::Or, taken, passed, ElementOf(pattern));
 }
 
+// So many copies as are required, then the others nested, each an option of the one before it:
+// p{1,3} is p(p(p)?)?. Flat, p?p? would try the same lengths again and again.
 NodeId PatternLowering::LowerRepeat(const Pattern& pattern, const Rest& rest, bool bFirst) {
     if (pattern.most < 0) return LowerLoop(pattern, rest, bFirst);
     const Pattern& part = pattern.parts.at(0);
@@ -159,6 +200,8 @@ NodeId PatternLowering::LowerLoop(const Pattern& pattern, const Rest& rest, bool
     return pattern.least > 0 ? first : Option(pattern, first, rest.stillFirst);
 }
 
+// The Not has a rest of its own, so that the position is its own as well and not where the pattern
+// failed.
 NodeId PatternLowering::LowerLookNot(const Pattern& pattern, NodeId next, bool bFirst) {
     const Element element = ElementOf(pattern, Meaning::decides);
     const bool bNegated = std::exchange(m_bNegated, true);
@@ -208,6 +251,7 @@ NodeId PatternLowering::LowerCross(const Pattern& pattern, const Rest& rest, boo
 NodeId PatternLowering::WayBack(TierId tier) {
     const auto [entry, bNew] = m_waysBack.emplace(tier, 0);
     if (!bNew) return entry->second;
+    // Before the step: where the pattern ended at a tied place, nothing is stepped over.
     const NodeId way = m_builder.Add(Opcode::Or, {}, {});
     const NodeId back =
         m_builder.AddOnce(Opcode::SyncTest, {0, m_builder.Stream(tier), 0, m_builder.Done()});

@@ -38,6 +38,8 @@ struct Bindings {
     }
 };
 
+// The interpreter evaluates one context and then the other, and never comes back to the first for
+// another way through it.
 struct Sides {
     Bindings left;
     Bindings right;  ///< with the focus
@@ -49,6 +51,7 @@ struct Sides {
     }
 };
 
+// Empty parentheses, however nested.
 bool IsNothing(const Pattern& pattern) {
     return pattern.kind == Pattern::Kind::sequence &&
            std::all_of(pattern.parts.begin(), pattern.parts.end(), IsNothing);
@@ -81,6 +84,7 @@ std::optional<Condition> FirstCondition(const Pattern& pattern) {
     }
 }
 
+<<<<<<< HEAD
 // The element that FirstCondition speaks of.
 const Pattern& FirstElement(const Pattern& pattern) {
     if (pattern.kind == Pattern::Kind::repeat) return FirstElement(pattern.parts.at(0));
@@ -89,6 +93,9 @@ const Pattern& FirstElement(const Pattern& pattern) {
     return part == pattern.parts.end() ? pattern : FirstElement(*part);
 }
 
+=======
+// What the tests of rules and of spans have in common: a tier to scan, an edge to stay within.
+>>>>>>> w/lowering
 class RuleLowering {
 public:
     RuleLowering(TierId tier, TierId within) : m_tier(tier), m_within(within) {}
@@ -106,10 +113,16 @@ public:
             .Lower(pattern, rest, bFirst);
     }
 
+<<<<<<< HEAD
     // Puts the position at ^at. With a look at the first token, most tests fail before they
     // evaluate two environments.
     NodeId Begin(const Pattern& pattern, Element::Part part) {
         const std::optional<Condition> first = FirstCondition(pattern);
+=======
+    // Puts the position at ^at: a test has none until Ptr takes one from a variable. With a look at
+    // the first token, most tests fail before they evaluate two environments.
+    NodeId Begin(const std::optional<Condition>& first, Element::Part part) {
+>>>>>>> w/lowering
         const Element element = {part};
         const NodeId at = m_builder.Add(Opcode::Ptr, {varAt}, element);
         m_builder.SetLabel(at, "at");
@@ -123,7 +136,9 @@ public:
         return m_builder.Add(Opcode::Adj, {0, at, peek, m_builder.Done()}, element);
     }
 
-    // The same for a test whose left environment goes first: its header looks left.
+    // The same for a test whose left environment goes first, which the direction of the header's
+    // focus decides. A look at the first token would look left here, so there is none, and what
+    // Anchor could record is not wanted.
     NodeId BeginLeftward() {
         const NodeId at = m_builder.Add(Opcode::Ptr, {varAt}, {Element::Part::focus});
         return m_builder.Add(Opcode::Anchor, {at, 1, 1}, {Element::Part::focus});
@@ -165,6 +180,8 @@ BuiltTest LowerEnvironment(const Block& block, const Rule& rule, const Environme
         lowering.SetEdge(builder.AddOnce(Opcode::SyncTest,
                                          {0, builder.Stream(block.within), 0, builder.Done()}));
     }
+    // The focus of the header only finds the place. It would end where its pattern first ends, and
+    // not try again for the sake of a context.
     TestBuilder::Roots roots;
     roots.stream = block.from;
     // The first token beside an insertion lies beyond the edge if the position is at one.
@@ -183,6 +200,7 @@ BuiltTest LowerEnvironment(const Block& block, const Rule& rule, const Environme
     if (!IsNothing(environment.left)) {
         roots.left = lowering.Lower(environment.left, Part::left, lowering.End(), bLeftIsFirst);
     }
+    // Captures of the left environment have to be there when the right one asks for them.
     const Sides sides(rule, environment);
     if (sides.right.Needs(sides.left)) {
         roots.focus = lowering.BeginLeftward();

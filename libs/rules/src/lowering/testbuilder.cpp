@@ -21,6 +21,8 @@ NodeId TestBuilder::Make(Opcode opcode, const Operands& operands, const Naming& 
     return m_test.Add(std::move(node));
 }
 
+// The naming belongs to the key: 3 may be a letter here and a stress there, and a listing says
+// which.
 NodeId TestBuilder::MakeOnce(Opcode opcode, const Operands& operands, const Naming& naming) {
     const Key key(opcode, operands, naming.kind, naming.stream, naming.field);
     const auto [entry, bNew] = m_made.emplace(key, 0);
@@ -69,6 +71,7 @@ NodeId TestBuilder::Variable(int variable) {
     return Constant(Opcode::ConstInt, variable, {NameKind::variable});
 }
 
+// Both operands of this Or are absent, and an Or whose last alternative is absent holds.
 NodeId TestBuilder::Done() {
     return AddOnce(Opcode::Or, {});
 }
@@ -96,10 +99,17 @@ std::vector<NodeId> TestBuilder::Reached(const Roots& roots) const {
 }
 
 BuiltTest TestBuilder::Finish(std::string name, const Span& place, const Roots& roots) {
+<<<<<<< HEAD
     // Made first: it may move the nodes.
     const NodeId stream = Stream(roots.stream);
     m_test.nodes.front().operands = {stream, roots.left, roots.right, roots.focus};
     std::vector<NodeId> order = {0, m_test.nodes.front().operands[0]};
+=======
+    // Made before the header is looked at: making it may move the header.
+    const NodeId stream = Stream(roots.stream);
+    m_test.nodes.front().operands = {stream, roots.left, roots.right, roots.focus};
+    std::vector<NodeId> order = {0, stream};
+>>>>>>> w/lowering
     for (const NodeId id : Reached(roots)) order.push_back(id);
     // Where sequences end is no place of any of them.
     const NodeId done = Done();
@@ -107,6 +117,7 @@ BuiltTest TestBuilder::Finish(std::string name, const Span& place, const Roots& 
     const auto last = std::find(order.begin(), order.end(), done);
     if (last != order.end()) std::rotate(last, last + 1, order.end());
 
+    // Links lead to new places, behind the header or before, as loops need it.
     std::vector<NodeId> newId(m_test.nodes.size());
     for (std::size_t i = 0; i < order.size(); ++i) {
         newId[static_cast<std::size_t>(order[i])] = static_cast<NodeId>(i);

@@ -182,8 +182,9 @@ void SayWhyNothing(const mlds::RuleSet& rules, const TraceOptions& options,
     if (!bThere) {
         Complain("no rule begins on line " + std::to_string(options.ruleLine));
     } else if (options.ruleLine > 0) {
-        Complain("the rule on line " + std::to_string(options.ruleLine) + " was tried nowhere in '" +
-                 word + "': an earlier one held, or its first token does not stand there");
+        Complain("the rule on line " + std::to_string(options.ruleLine) +
+                 " was tried nowhere in '" + word +
+                 "': an earlier one held, or its first token does not stand there");
     } else {
         Complain("no rule was tried in '" + word + "'" +
                  (options.at > 0 ? " at place " + std::to_string(options.at) : ""));

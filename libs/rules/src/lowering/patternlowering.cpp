@@ -9,42 +9,7 @@ namespace mlds::rules {
 
 using Kind = Pattern::Kind;
 
-<<<<<<< HEAD
-=======
-namespace {
-
-bool IsAnyOf(const std::vector<Pattern>& parts, bool (*predicate)(const Pattern&)) {
-    return std::any_of(parts.begin(), parts.end(), predicate);
-}
-
-}  // namespace
-
-bool CanBeEmpty(const Pattern& pattern) {
-    switch (pattern.kind) {
-        case Kind::token: return false;
-        case Kind::sequence:
-            return std::all_of(pattern.parts.begin(), pattern.parts.end(), CanBeEmpty);
-        case Kind::choice: return IsAnyOf(pattern.parts, CanBeEmpty);
-        case Kind::repeat: return pattern.least == 0 || CanBeEmpty(pattern.parts.at(0));
-        case Kind::cross: return CanBeEmpty(pattern.parts.at(0));
-        default: return true;
-    }
-}
-
-// In a crossing a token of the other tier counts as well: the position is no longer where it was.
-bool CanTake(const Pattern& pattern) {
-    switch (pattern.kind) {
-        case Kind::token: return true;
-        case Kind::sequence:
-        case Kind::choice:
-        case Kind::cross: return IsAnyOf(pattern.parts, CanTake);
-        case Kind::repeat: return pattern.most != 0 && CanTake(pattern.parts.at(0));
-        default: return false;
-    }
-}
-
 // What fails inside a "!" is what was hoped for, so nothing in there decides against the rule.
->>>>>>> w/lowering
 Element PatternLowering::ElementOf(const Pattern& pattern, Meaning meaning) const {
     return {m_setting.part, &pattern, meaning == Meaning::decides && !m_bNegated,
             meaning == Meaning::staysWithin};

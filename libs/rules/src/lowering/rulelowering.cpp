@@ -84,7 +84,6 @@ std::optional<Condition> FirstCondition(const Pattern& pattern) {
     }
 }
 
-<<<<<<< HEAD
 // The element that FirstCondition speaks of.
 const Pattern& FirstElement(const Pattern& pattern) {
     if (pattern.kind == Pattern::Kind::repeat) return FirstElement(pattern.parts.at(0));
@@ -93,9 +92,7 @@ const Pattern& FirstElement(const Pattern& pattern) {
     return part == pattern.parts.end() ? pattern : FirstElement(*part);
 }
 
-=======
 // What the tests of rules and of spans have in common: a tier to scan, an edge to stay within.
->>>>>>> w/lowering
 class RuleLowering {
 public:
     RuleLowering(TierId tier, TierId within) : m_tier(tier), m_within(within) {}
@@ -113,16 +110,10 @@ public:
             .Lower(pattern, rest, bFirst);
     }
 
-<<<<<<< HEAD
-    // Puts the position at ^at. With a look at the first token, most tests fail before they
-    // evaluate two environments.
-    NodeId Begin(const Pattern& pattern, Element::Part part) {
-        const std::optional<Condition> first = FirstCondition(pattern);
-=======
     // Puts the position at ^at: a test has none until Ptr takes one from a variable. With a look at
     // the first token, most tests fail before they evaluate two environments.
-    NodeId Begin(const std::optional<Condition>& first, Element::Part part) {
->>>>>>> w/lowering
+    NodeId Begin(const Pattern& pattern, Element::Part part) {
+        const std::optional<Condition> first = FirstCondition(pattern);
         const Element element = {part};
         const NodeId at = m_builder.Add(Opcode::Ptr, {varAt}, element);
         m_builder.SetLabel(at, "at");

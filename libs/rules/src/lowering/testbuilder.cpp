@@ -99,17 +99,10 @@ std::vector<NodeId> TestBuilder::Reached(const Roots& roots) const {
 }
 
 BuiltTest TestBuilder::Finish(std::string name, const Span& place, const Roots& roots) {
-<<<<<<< HEAD
-    // Made first: it may move the nodes.
-    const NodeId stream = Stream(roots.stream);
-    m_test.nodes.front().operands = {stream, roots.left, roots.right, roots.focus};
-    std::vector<NodeId> order = {0, m_test.nodes.front().operands[0]};
-=======
     // Made before the header is looked at: making it may move the header.
     const NodeId stream = Stream(roots.stream);
     m_test.nodes.front().operands = {stream, roots.left, roots.right, roots.focus};
     std::vector<NodeId> order = {0, stream};
->>>>>>> w/lowering
     for (const NodeId id : Reached(roots)) order.push_back(id);
     // Where sequences end is no place of any of them.
     const NodeId done = Done();

@@ -143,13 +143,8 @@ Condition ReadCondition(Cursor& cursor) {
     Condition condition;
     if (!cursor.IsSign(']')) condition = ReadAny(cursor);
     cursor.ExpectSign(']', "']', '|' or another condition");
-<<<<<<< HEAD
     // With its brackets: so it is shown to people.
     condition.span = cursor.Since(begin);
-=======
-    // "[]" holds for every token; it has no part that could lend it a place.
-    if (condition.span.line == 0) condition.span = cursor.Since(begin);
->>>>>>> w/reader
     return condition;
 }
 

@@ -5,7 +5,8 @@ namespace mlds::rules {
 
 namespace {
 
-// How far a look along the tier goes before the container is asked, whose search knows all tiers.
+// How far a look along the tier goes back before the container is asked, whose search knows all
+// tiers.
 constexpr int kLongestLook = 64;
 
 bool HasTokenBetween(CSyncMark* pLeft, CSyncMark* pRight) {
@@ -58,68 +59,91 @@ bool Carrier::IsTakenAt(CSyncMark* pMark) {
     return pTarget != nullptr && TokenRightOf(pTarget) != nullptr;
 }
 
-// The target's marks nearest to both places, as far as marks of this tier lead there. They may lie
-// too far out: other tiers may tie nearer ones.
-Carrier::Bounds Carrier::NearBounds(CSyncMark* pLeft, CSyncMark* pRight) {
-    Bounds bounds;
-    CSyncMark* p = pLeft;
-    for (int i = 0; i < kLongestLook && p != nullptr && bounds.pLeft == nullptr; ++i) {
-        bounds.pLeft = p == m_pLastFrom ? m_pLastTo : p->GetCorrespondingSyncMark(m_pTo);
-        p = p->GetPrevSyncMark();
+// The target's nearest mark at or left of a place, as far as this tier knows. Others may tie nearer
+// ones, which a walk along the target then comes by. Null if none is near.
+CSyncMark* Carrier::NearestOnTheLeft(CSyncMark* pMark) {
+    if (CSyncMark* pHere = pMark->GetCorrespondingSyncMark(m_pTo)) return pHere;
+    if (m_pLastFrom != nullptr && m_pLastTo != nullptr && m_pLastFrom->LeftOf(pMark)) {
+        return m_pLastTo;
     }
-    p = pRight;
-    for (int i = 0; i < kLongestLook && p != nullptr && bounds.pRight == nullptr; ++i) {
-        bounds.pRight = p->GetCorrespondingSyncMark(m_pTo);
-        p = p->GetNextSyncMark();
+    CSyncMark* p = pMark->GetPrevSyncMark();
+    for (int i = 0; i < kLongestLook && p != nullptr; ++i, p = p->GetPrevSyncMark()) {
+        if (CSyncMark* pThere = p->GetCorrespondingSyncMark(m_pTo)) return pThere;
     }
-    return bounds;
+    return nullptr;
 }
 
-Carrier::Bounds Carrier::ExactBounds(CSyncMark* pLeft, CSyncMark* pRight) {
-    return {m_plexa.Context(m_pTo, pLeft, sdLeft), m_plexa.Context(m_pTo, pRight, sdRight)};
+// Looks along the target from the place of one mark to that of another. A mark that is tied to
+// others but not to this tier could stand anywhere between: then only a search can tell.
+Carrier::Way Carrier::Look(CSyncMark* pLeft, CSyncMark* pRight) {
+    CSyncMark* pFrom = NearestOnTheLeft(pLeft);
+    if (pFrom == nullptr) return Way::unknown;
+    bool bAtLeft = pFrom == pLeft->GetCorrespondingSyncMark(m_pTo);
+    bool bToken = false;  // seen left of the place, as far as is known
+    for (CStreamObj* p = pFrom->GetNextStreamObj(); p != nullptr; p = p->GetNextStreamObj()) {
+        if (p->GetObjectType(otToken)) {
+            if (bAtLeft) return Way::taken;
+            bToken = true;
+            continue;
+        }
+        auto* pMark = static_cast<CSyncMark*>(p);
+        CSyncMark* pThere = pMark->GetCorrespondingSyncMark(m_pFrom);
+        if (pThere == nullptr) {
+            if (pMark->IsSynchronous()) return Way::unknown;
+            continue;
+        }
+        const bool bBefore = pThere->LeftOf(pLeft);
+        // A token between a place before and one behind lies across.
+        if (bToken && !bBefore && pThere != pLeft) return Way::taken;
+        bToken = false;
+        if (!pThere->LeftOf(pRight)) return Way::open;
+        bAtLeft = !bBefore;
+    }
+    return Way::unknown;
 }
 
 bool Carrier::IsOpen(CSyncMark* pLeft, CSyncMark* pRight) {
-    CSyncMark* pFrom = pLeft->GetCorrespondingSyncMark(m_pTo);
-    if (pFrom != nullptr && TokenRightOf(pFrom) != nullptr) return false;
-    // Behind what was carried last there is often nothing at all yet.
-    if (pFrom != nullptr && MarkRightOf(pFrom) == m_pTo->pGetLastStreamObj()) return true;
-    const Bounds near = NearBounds(pLeft, pRight);
-    if (near.pLeft != nullptr && near.pRight != nullptr) {
-        if (!HasTokenBetween(near.pLeft, near.pRight)) return true;
-        const bool bExact =
-            pFrom != nullptr && pRight->GetCorrespondingSyncMark(m_pTo) == near.pRight;
-        if (bExact) return false;
-    }
-    const Bounds exact = ExactBounds(pLeft, pRight);
-    return exact.pLeft != nullptr && exact.pRight != nullptr &&
-           !HasTokenBetween(exact.pLeft, exact.pRight);
+    const Way way = Look(pLeft, pRight);
+    if (way != Way::unknown) return way == Way::open;
+    CSyncMark* pFrom = m_plexa.Context(m_pTo, pLeft, sdLeft);
+    CSyncMark* pTo = m_plexa.Context(m_pTo, pRight, sdRight);
+    return pFrom != nullptr && pTo != nullptr && !HasTokenBetween(pFrom, pTo);
 }
 
+CSyncMark* Carrier::CarryBySearch(CSyncMark* pMark) {
+    CSyncMark* pLeft = m_plexa.Context(m_pTo, pMark, sdLeft);
+    CSyncMark* pRight = m_plexa.Context(m_pTo, pMark, sdRight);
+    if (pLeft == nullptr || pRight == nullptr || HasTokenBetween(pLeft, pRight)) return nullptr;
+    return Remembered(pMark, TieBehind(pLeft, pMark));
+}
+
+// The new mark goes behind the last one of the target that stands before the place, if what follows
+// there stands behind it.
 CSyncMark* Carrier::Carry(CSyncMark* pMark) {
     if (CSyncMark* pTarget = pMark->GetCorrespondingSyncMark(m_pTo)) {
         return Remembered(pMark, pTarget);
     }
-    // In a sweep the new place is behind the last one, and mostly nothing follows there yet, or
-    // what is tied to a place further on.
-    if (m_pLastTo != nullptr) {
-        if (CSyncMark* pNext = MarkRightOf(m_pLastTo)) {
-            CSyncMark* pNextFrom = pNext->GetCorrespondingSyncMark(m_pFrom);
-            const bool bBeyond = pNextFrom != nullptr && pNextFrom->RightOf(pMark);
-            if (bBeyond) return Remembered(pMark, TieBehind(m_pLastTo, pMark));
+    CSyncMark* pBehind = NearestOnTheLeft(pMark);
+    if (pBehind == nullptr) return CarryBySearch(pMark);
+    bool bToken = false;
+    for (CStreamObj* p = pBehind->GetNextStreamObj(); p != nullptr; p = p->GetNextStreamObj()) {
+        if (p->GetObjectType(otToken)) {
+            bToken = true;
+            continue;
         }
-    }
-    Bounds bounds = NearBounds(pMark, pMark);
-    const bool bClose = bounds.pLeft != nullptr && bounds.pRight != nullptr &&
-                        MarkRightOf(bounds.pLeft) == bounds.pRight;
-    if (!bClose) {
-        bounds = ExactBounds(pMark, pMark);
-        if (bounds.pLeft == nullptr || bounds.pRight == nullptr ||
-            HasTokenBetween(bounds.pLeft, bounds.pRight)) {
-            return nullptr;
+        auto* pNext = static_cast<CSyncMark*>(p);
+        CSyncMark* pThere = pNext->GetCorrespondingSyncMark(m_pFrom);
+        if (pThere == nullptr) {
+            if (pNext->IsSynchronous()) return CarryBySearch(pMark);
+            continue;
         }
+        if (pThere->RightOf(pMark)) {
+            return bToken ? nullptr : Remembered(pMark, TieBehind(pBehind, pMark));
+        }
+        pBehind = pNext;
+        bToken = false;
     }
-    return Remembered(pMark, TieBehind(bounds.pLeft, pMark));
+    return nullptr;
 }
 
 }  // namespace mlds::rules

@@ -30,13 +30,11 @@ public:
     bool IsTakenAt(CSyncMark* pMark);
 
 private:
-    struct Bounds {
-        CSyncMark* pLeft = nullptr;
-        CSyncMark* pRight = nullptr;
-    };
+    enum class Way { open, taken, unknown };
 
-    Bounds NearBounds(CSyncMark* pLeft, CSyncMark* pRight);
-    Bounds ExactBounds(CSyncMark* pLeft, CSyncMark* pRight);
+    CSyncMark* NearestOnTheLeft(CSyncMark* pMark);
+    Way Look(CSyncMark* pLeft, CSyncMark* pRight);
+    CSyncMark* CarryBySearch(CSyncMark* pMark);
     CSyncMark* TieBehind(CSyncMark* pLeft, CSyncMark* pMark);
     CSyncMark* Remembered(CSyncMark* pMark, CSyncMark* pTarget);
 

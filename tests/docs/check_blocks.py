@@ -47,6 +47,8 @@ NOT_RUN = {
     'cmake --preset release && cmake --build --preset release\n'
     'bench/run build/release/bench/mlds_bench Append':
         'builds the project and measures for minutes',
+    'mlds view sw.mlr --step saludo.txt':
+        'waits for people',
     'mlds-viewer\ntranscribe --step text.txt':
         'wait for people; tests/viewertool and examples/check_view.sh run them',
 }

@@ -125,11 +125,20 @@ std::string LabelBy(const Model& model, CToken* pToken, CPlexa& plexa, TierId by
     return WithMarks(model, pToken, std::move(label), bIpa);
 }
 
+const ShowBy* FindShowBy(const Model& model, TierId tier) {
+    const auto found = std::find_if(model.showBy.begin(), model.showBy.end(),
+                                    [tier](const ShowBy& show) { return show.tier == tier; });
+    return found == model.showBy.end() ? nullptr : &*found;
+}
+
 std::string ShownTier(const Model& model, CPlexa& plexa, TierId tier) {
+    // Syllables all have one name: what tells them apart is what they are shown by.
+    const ShowBy* pBy = FindShowBy(model, tier);
     std::string shown;
     ForEachToken(model, plexa, tier, [&](CToken* pToken, bool bNewWord) {
         if (!shown.empty()) shown += bNewWord ? "  " : " ";
-        shown += LabelOf(model, pToken, false);
+        shown += pBy != nullptr ? LabelBy(model, pToken, plexa, pBy->by, false)
+                                : LabelOf(model, pToken, false);
     });
     return shown;
 }

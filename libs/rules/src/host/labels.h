@@ -20,7 +20,10 @@ std::string LabelOf(const Model& model, CToken* pToken, bool bIpa);
 /// blanks, and the marks of its own.
 std::string LabelBy(const Model& model, CToken* pToken, CPlexa& plexa, TierId by, bool bIpa);
 
-/// All tokens of a tier: one blank between those of a word, two between words.
+/// By which tier a tier is shown, null for by itself.
+const ShowBy* FindShowBy(const Model& model, TierId tier);
+
+/// All tokens of a tier as they are shown: one blank between those of a word, two between words.
 std::string ShownTier(const Model& model, CPlexa& plexa, TierId tier);
 
 /// All tokens of a tier in IPA, one word behind the other with a blank between. What "show ... in

@@ -135,10 +135,10 @@ std::string RuleHost::Label(CToken* pToken, bool bIpa) {
     if (tier == kTextTier) {
         return m_pParts->reader.CharacterOf(pToken->GetFieldValueIndex(kNameField));
     }
-    for (const ShowBy& show : rules().model().showBy) {
-        if (show.tier == tier) return LabelBy(rules().model(), pToken, plexa(), show.by, bIpa);
-    }
-    return LabelOf(rules().model(), pToken, bIpa);
+    const Model& model = rules().model();
+    const ShowBy* pBy = FindShowBy(model, tier);
+    return pBy != nullptr ? LabelBy(model, pToken, plexa(), pBy->by, bIpa)
+                          : LabelOf(model, pToken, bIpa);
 }
 
 void RuleHost::SetObserver(RuleObserver* pObserver) {

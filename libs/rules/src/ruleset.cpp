@@ -29,11 +29,10 @@ void LoadLexicons(CompiledRules& rules, Diagnostics& diagnostics) {
     }
 }
 
-// What an assert expects has to be made of tokens, or it can never be met. What a tier is shown by
-// another has no blanks inside, so its tokens cannot be read back.
+// What an assert expects has to be made of tokens, or it can never be met.
 void CheckAsserts(const CompiledRules& rules, Diagnostics& diagnostics) {
     for (const Assert& a : rules.model.asserts) {
-        if (FindShowBy(rules.model, a.tier) != nullptr) continue;
+        if (ShownBy(rules.model, a.tier) != kNoTier) continue;  // made of whole labels
         const ShownText shown = ReadShown(rules.model, a.tier, a.expected);
         if (shown.fault.empty()) continue;
         Span span = a.span;

@@ -135,10 +135,7 @@ std::string RuleHost::Label(CToken* pToken, bool bIpa) {
     if (tier == kTextTier) {
         return m_pParts->reader.CharacterOf(pToken->GetFieldValueIndex(kNameField));
     }
-    const Model& model = rules().model();
-    const ShowBy* pBy = FindShowBy(model, tier);
-    return pBy != nullptr ? LabelBy(model, pToken, plexa(), pBy->by, bIpa)
-                          : LabelOf(model, pToken, bIpa);
+    return LabelOf(rules().model(), plexa(), pToken, bIpa);
 }
 
 void RuleHost::SetObserver(RuleObserver* pObserver) {

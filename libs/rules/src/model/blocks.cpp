@@ -80,8 +80,15 @@ private:
         const Place place{m_block.from, m_block.within};
         Environment environment;
         environment.span = written.span;
-        environment.left = ResolveSequence(m_scope, m_variables, place, written.left);
-        environment.right = ResolveSequence(m_scope, m_variables, place, written.right);
+        // The right side may name what the left one captures. The left side itself is matched from
+        // the focus outward, and knows a name only in front of where it is bound.
+        for (const syntax::Item* pItem : BindingsOf(written.left)) {
+            if (pItem->capture) m_variables.Announce(pItem->capture, true, m_block.from);
+            if (!pItem->capture) m_variables.Announce(pItem->word, false, m_block.from);
+        }
+        environment.right = ResolveSide(m_scope, m_variables, place, written.right, false);
+        m_variables.EndAnnouncements();
+        environment.left = ResolveSide(m_scope, m_variables, place, written.left, true);
         CheckBeyond(environment.left, false);
         CheckBeyond(environment.right, true);
         return environment;
@@ -284,7 +291,8 @@ void ResolveBlock(Scope& scope, const syntax::Block& written) {
     }
     // Without its tiers nothing in a block makes sense; its rules would only repeat that.
     if (!bKnown) return;
-    if (written.rules.empty()) scope.Warning(written.span, "this block has no rules");
+    if (written.rules.empty() && !scope.bFaulty())
+        scope.Warning(written.span, "this block has no rules");
     const int nBlock = static_cast<int>(scope.model().blocks.size());
     for (const syntax::Rule& rule : written.rules) {
         block.rules.push_back(RuleResolver(scope, block, nBlock).Resolve(rule));

@@ -249,20 +249,26 @@ private:
             tried.found = "it does not end in this tier";
             return;
         }
-        tried.failedAt = furthest->pElement->pPattern->span;
-        if (m_detail == TraceDetail::places) return;
-        tried.where = Where(*furthest);
-        tried.found = Found(*furthest->pElement, furthest->pAt, furthest->bLeftward);
+        // Of several elements wanted there, one that asks for features says most of what it found.
+        const Miss* pTold = &*furthest;
         std::vector<std::string> wanted;
         for (const Miss& miss : m_misses) {
             if (miss.reach != furthest->reach || miss.pAt != furthest->pAt) continue;
-            std::string text =
-                WantedText(m_host.rules(), TierAt(miss.pAt), *miss.pElement->pPattern);
-            if (std::find(wanted.begin(), wanted.end(), text) == wanted.end())
+            const Pattern& pattern = *miss.pElement->pPattern;
+            if (pattern.kind == Pattern::Kind::token && !miss.pElement->bStaysWithin) pTold = &miss;
+            if (m_detail == TraceDetail::places) break;
+            std::string text = WantedText(m_host.rules(), TierAt(miss.pAt), pattern);
+            if (std::find(wanted.begin(), wanted.end(), text) == wanted.end()) {
                 wanted.push_back(std::move(text));
+            }
         }
-        for (const std::string& text : wanted)
+        tried.failedAt = pTold->pElement->pPattern->span;
+        if (m_detail == TraceDetail::places) return;
+        tried.where = Where(*pTold);
+        tried.found = Found(*pTold->pElement, pTold->pAt, pTold->bLeftward);
+        for (const std::string& text : wanted) {
             tried.wanted += (tried.wanted.empty() ? "" : " or ") + text;
+        }
     }
 
     RuleHost& m_host;

@@ -86,8 +86,8 @@ struct Pattern {
 struct Variable {
     std::string name;
     bool bToken = false;
-    TierId tier = kNoTier;  ///< that its token or mark is of
     Span span;
+    TierId tier = kNoTier;  ///< that its token or mark is of
 };
 
 struct Setting {

@@ -7,7 +7,8 @@ The info string behind the fence says what a block is:
 
   cpp      a program if it has a main. An excerpt if it stands like that in a file of examples/.
            Otherwise a fragment: the fragments of a page continue one another, as one function behind
-           the lines of all of them that begin with #include.
+           the lines of all of them that begin with #include. What includes
+           mlds/rules is C++20, and linked as --rules says.
   sh       commands, run with the programs of the build at hand, in a folder that looks like the root
            of the project. Those in NOT_RUN are not.
   output   what the C++ or the commands before it print; a line "..." stands for any lines. Who prints
@@ -16,7 +17,7 @@ The info string behind the fence says what a block is:
   listing  what mlds-testasm --list makes of the page's rules.mta
   schema   declarations that mlds-testasm has to accept
   cmake    lines that stand in the program that tests/install builds, whatever the target is called
-  tiers    rows that transcribe prints for the text in the row RawInput
+  tiers    rows that `mlds run es` prints for the text in the row text
 
 Anything else is a failure, so that no block goes without a check."""
 import argparse
@@ -37,13 +38,11 @@ NOT_RUN = {
         'install packages, build the project and run this',
     'cmake -S . -B build && cmake --build build && cmake --install build':
         'builds and installs the project, as tests/install does',
-    'cmake --preset release && cmake --build --preset release --target transcribe':
-        'builds the project',
     'cmake --preset release && cmake --build --preset release\n'
     'bench/run build/release/bench/mlds_bench Append':
         'builds the project and measures for minutes',
-    'mlds-viewer\ntranscribe --step text.txt':
-        'wait for people; tests/viewertool and examples/check_view.sh run them',
+    'mlds view es --step text.txt':
+        'waits for people; tests/mlds/check_spanish.py runs it',
 }
 
 KINDS = ('output', 'mta', 'listing', 'schema', 'cmake', 'tiers')  # beside those that print
@@ -158,9 +157,15 @@ class Checker:
         with open(source, 'w', encoding='utf-8') as file:
             file.write(text)
         library = os.path.dirname(self.options.library)
-        command = [self.options.compiler, *CPP_FLAGS, *self.options.flags.split(),
-                   '-I' + os.path.join(self.options.source, 'include'), source, '-o', program,
-                   self.options.library, '-Wl,-rpath,' + library]
+        folders = [os.path.join(self.options.source, 'include')]
+        flags = [*CPP_FLAGS, *self.options.flags.split()]
+        rules = []
+        if '#include <mlds/rules/' in text:
+            folders += glob.glob(os.path.join(self.options.source, 'libs/*/include'))
+            flags.append('-std=c++20')
+            rules = self.options.rules.split()
+        command = [self.options.compiler, *flags, *('-I' + folder for folder in folders), source,
+                   '-o', program, *rules, self.options.library, '-Wl,-rpath,' + library]
         printed, why = self.run(command, root, COMPILE_SECONDS)
         if printed is None:
             self.failures.add(block, 'does not compile: ' + why)
@@ -272,19 +277,19 @@ class Checker:
 
     def check_tiers(self, block, root):
         rows = block.text.rstrip('\n').split('\n')
-        typed = [row for row in rows if row.startswith('RawInput ')]
+        typed = [row for row in rows if row.startswith('text ')]
         if len(typed) != 1:
-            self.failures.add(block, 'expected one row RawInput')
+            self.failures.add(block, 'expected one row text')
             return
         # Cells are padded to the width of their column; an empty one is a space.
         cells = typed[0].split('|')[1:-1]
         with open(os.path.join(root, 'typed.txt'), 'w', encoding='utf-8') as file:
             file.write(''.join(cell.strip() or ' ' for cell in cells) + '\n')
-        printed, why = self.run(['transcribe', 'typed.txt'], root)
+        printed, why = self.run(['mlds', 'run', 'es', 'typed.txt'], root)
         shown = [row.rstrip() for row in (printed or '').split('\n')]
         for row in rows:
             if row.rstrip() not in shown:
-                self.failures.add(block, 'transcribe does not print the row\n%s\nbut\n%s%s'
+                self.failures.add(block, 'mlds does not print the row\n%s\nbut\n%s%s'
                                   % (row, printed, why))
 
 
@@ -306,7 +311,7 @@ def check_page(checker, page, failures):
 
 def main():
     parser = argparse.ArgumentParser()
-    for name in ('source', 'build', 'library', 'compiler'):
+    for name in ('source', 'build', 'library', 'compiler', 'rules'):
         parser.add_argument('--' + name, required=True)
     parser.add_argument('--flags', default='')
     options = parser.parse_args()

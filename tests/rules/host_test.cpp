@@ -194,8 +194,32 @@ TEST(RuleTrace, SaysWhyARuleDidNotHold) {
     EXPECT_EQ(why("s -> E \\ _ t", "st"), "the exception holds: _ t\n");
     EXPECT_EQ(why("in(word: [weak]) a -> E", "sa"),
               "right of | wanted in(word: [weak]), found in word sa\n");
+    EXPECT_EQ(why("!in(word: [weak]) a -> E", "la"),
+              "right of | wanted !in(word: [weak]), found in word la\n");
     EXPECT_EQ(why("[stress=1] -> E", "a"), "right of | wanted [stress=1], found a, stress=0\n");
     EXPECT_EQ(why("s -> E / _ [voc]", "sa"), "YES\n");
+}
+
+class Elements : public mlds::rules::RuleTrace {
+public:
+    explicit Elements(mlds::RuleHost& host) : RuleTrace(host, mlds::rules::TraceDetail::elements) {}
+    std::string text;
+
+private:
+    void Tried(const mlds::rules::TriedRule& tried) override {
+        if (tried.pRule->name != "x1") return;
+        for (const auto& element : tried.elements)
+            text += element.wanted + (element.bFits ? " fits, " : " fails, ");
+    }
+};
+
+TEST(RuleTrace, ElementsStandOnceInTheOrderInWhichTheyWereLookedAt) {
+    const auto pRules = Rules(kPrelude + kLetters +
+                              "block x : phone within word\n  \"x1\": s t -> E / p _ [voc]\n");
+    mlds::RuleHost host(pRules);
+    Elements elements(host);
+    host.Run("asta");
+    EXPECT_EQ(elements.text, "s fits, t fits, [voc] fits, p fails, ");
 }
 
 }  // namespace

@@ -21,20 +21,18 @@ constexpr int kBadUse = 2;  // the rules or the command line
 
 // What this engine needs of a language, looked up once: streams stay where they are.
 struct Tiers {
-    explicit Tiers(mlds::RuleHost& host)
-        : pPhone(host.plexa().pStream("phone")),
-          pWord(host.plexa().pStream("word")),
-          pTime(host.plexa().pStream("time")) {
-        const mlds::rules::Model& model = host.rules().model();
-        if (pPhone != nullptr) stress = model.tiers[model.FindTier("phone")].FindField("stress");
-    }
+    explicit Tiers(CPlexa& plexa)
+        : pPhone(plexa.pStream("phone")),
+          pWord(plexa.pStream("word")),
+          pTime(plexa.pStream("time")),
+          stress(pPhone != nullptr ? pPhone->GetFieldIndex("stress") : -1) {}
 
     bool complete() const { return pPhone && pWord && pTime && stress >= 0; }
 
     CStream* pPhone;
     CStream* pWord;
     CStream* pTime;
-    int stress = -1;
+    int stress;
 };
 
 CToken* TokenBehind(CSyncMark* pMark) {
@@ -140,7 +138,7 @@ int main(int argc, char** argv) {
     if (!pRules) return kBadUse;
 
     mlds::RuleHost host(pRules);
-    const Tiers tiers(host);
+    const Tiers tiers(host.plexa());
     if (!tiers.complete()) {
         std::cerr << rules << ": this engine needs the tiers phone, with stress, word and time\n";
         return kBadUse;

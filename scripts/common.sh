@@ -6,14 +6,13 @@ jobs=$(nproc 2>/dev/null || echo 2)
 
 # Recommended packages that we need stand here by name, because recommendations are not installed:
 # make is what cmake builds with if nothing else is asked for, libclang-rt-14-dev holds clang's
-# sanitizers and fuzzer, binutils has nm, diffutils has diff, libxml2-utils has xmllint. Praat reads
-# what transcribe writes for it, and the viewer's page is tested in a browser, which python3-selenium
-# drives.
-build_packages=(g++ cmake make ninja-build libicu-dev libcli11-dev)
-viewer_packages=("${build_packages[@]}" pkg-config libcpp-httplib-dev nlohmann-json3-dev)
-test_packages=("${viewer_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev python3 ccache
+# sanitizers and fuzzer, binutils has nm, diffutils has diff. Praat reads what mlds writes for it, and
+# the viewer's page is tested in a browser, which python3-selenium drives.
+build_packages=(g++ cmake make ninja-build pkg-config
+    libicu-dev libcli11-dev libcpp-httplib-dev nlohmann-json3-dev)
+test_packages=("${build_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev python3 ccache
     clang-14 libclang-rt-14-dev clang-format-14 git
-    binutils diffutils util-linux libxml2-utils praat chromium chromium-driver python3-selenium)
+    binutils diffutils util-linux praat chromium chromium-driver python3-selenium)
 
 step() {
     current_step=$*

@@ -7,7 +7,8 @@ The info string behind the fence says what a block is:
 
   cpp      a program if it has a main. An excerpt if it stands like that in a file of examples/.
            Otherwise a fragment: the fragments of a page continue one another, as one function behind
-           the lines of all of them that begin with #include.
+           the lines of all of them that begin with #include. What includes
+           mlds/rules is C++20, and linked as --rules says.
   sh       commands, run with the programs of the build at hand, in a folder that looks like the root
            of the project. Those in NOT_RUN are not.
   output   what the C++ or the commands before it print; a line "..." stands for any lines. Who prints
@@ -21,7 +22,6 @@ The info string behind the fence says what a block is:
            output follows, that is what mlds check says of it, and the changes are taken back
   lex      a lexicon; the first line names its file
   cmake    lines that stand in the program that tests/install builds, whatever the target is called
-  tiers    rows that transcribe prints for the text in the row RawInput
 
 Anything else is a failure, so that no block goes without a check."""
 import argparse
@@ -42,18 +42,16 @@ NOT_RUN = {
         'install packages, build the project and run this',
     'cmake -S . -B build && cmake --build build && cmake --install build':
         'builds and installs the project, as tests/install does',
-    'cmake --preset release && cmake --build --preset release --target transcribe':
-        'builds the project',
     'cmake --preset release && cmake --build --preset release\n'
     'bench/run build/release/bench/mlds_bench Append':
         'builds the project and measures for minutes',
     'mlds view sw.mlr --step saludo.txt':
         'waits for people',
-    'mlds-viewer\ntranscribe --step text.txt':
-        'wait for people; tests/viewertool and examples/check_view.sh run them',
+    'mlds view es --step text.txt':
+        'waits for people; tests/mlds/check_spanish.py runs it',
 }
 
-KINDS = ('output', 'mta', 'listing', 'schema', 'cmake', 'tiers', 'lex')  # beside those that print
+KINDS = ('output', 'mta', 'listing', 'schema', 'cmake', 'lex')  # beside those that print
 
 SECONDS = 20  # for one program or the commands of one block
 COMPILE_SECONDS = 120
@@ -179,9 +177,15 @@ class Checker:
         with open(source, 'w', encoding='utf-8') as file:
             file.write(text)
         library = os.path.dirname(self.options.library)
-        command = [self.options.compiler, *CPP_FLAGS, *self.options.flags.split(),
-                   '-I' + os.path.join(self.options.source, 'include'), source, '-o', program,
-                   self.options.library, '-Wl,-rpath,' + library]
+        folders = [os.path.join(self.options.source, 'include')]
+        flags = [*CPP_FLAGS, *self.options.flags.split()]
+        rules = []
+        if '#include <mlds/rules/' in text:
+            folders += glob.glob(os.path.join(self.options.source, 'libs/*/include'))
+            flags.append('-std=c++20')
+            rules = self.options.rules.split()
+        command = [self.options.compiler, *flags, *('-I' + folder for folder in folders), source,
+                   '-o', program, *rules, self.options.library, '-Wl,-rpath,' + library]
         printed, why = self.run(command, root, COMPILE_SECONDS)
         if printed is None:
             self.failures.add(block, 'does not compile: ' + why)
@@ -267,8 +271,6 @@ class Checker:
                 self.check_schema(block, root)
             elif block.kind == 'cmake':
                 self.check_cmake(block)
-            elif block.kind == 'tiers':
-                self.check_tiers(block, root)
 
     def check_command(self, block, following, root, commands):
         printed, why = self.run(['bash', '-euo', 'pipefail', '-c', commands], root)
@@ -333,23 +335,6 @@ class Checker:
             if line not in built:
                 self.failures.add(block, 'tests/install builds nothing with ' + line)
 
-    def check_tiers(self, block, root):
-        rows = block.text.rstrip('\n').split('\n')
-        typed = [row for row in rows if row.startswith('RawInput ')]
-        if len(typed) != 1:
-            self.failures.add(block, 'expected one row RawInput')
-            return
-        # Cells are padded to the width of their column; an empty one is a space.
-        cells = typed[0].split('|')[1:-1]
-        with open(os.path.join(root, 'typed.txt'), 'w', encoding='utf-8') as file:
-            file.write(''.join(cell.strip() or ' ' for cell in cells) + '\n')
-        printed, why = self.run(['transcribe', 'typed.txt'], root)
-        shown = [row.rstrip() for row in (printed or '').split('\n')]
-        for row in rows:
-            if row.rstrip() not in shown:
-                self.failures.add(block, 'transcribe does not print the row\n%s\nbut\n%s%s'
-                                  % (row, printed, why))
-
 
 def check_page(checker, page, failures):
     blocks = read_blocks(checker.options.source, page, failures)
@@ -369,7 +354,7 @@ def check_page(checker, page, failures):
 
 def main():
     parser = argparse.ArgumentParser()
-    for name in ('source', 'build', 'library', 'compiler'):
+    for name in ('source', 'build', 'library', 'compiler', 'rules'):
         parser.add_argument('--' + name, required=True)
     parser.add_argument('--flags', default='')
     parser.add_argument('pages', nargs='*', help='only these, as in docs/rules.md')

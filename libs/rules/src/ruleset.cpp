@@ -3,6 +3,7 @@
 
 #include "compiled.h"
 #include "host/labels.h"
+#include "host/tiers.h"
 #include "load.h"
 #include "mlds/testasm/text.h"
 #include "model/resolve.h"
@@ -103,6 +104,10 @@ const Model& RuleSet::model() const {
 
 const Sources& RuleSet::sources() const {
     return m_pCompiled->sources;
+}
+
+bool RuleSet::DeclareTiers(CPlexa& plexa) const {
+    return AddTiers(plexa, m_pCompiled->model);
 }
 
 std::string RuleSet::Listing(int block, int rule) const {

@@ -110,7 +110,7 @@ bool LeavesTokensOut(const Field& feature) {
            feature.valueOfToken.end();
 }
 
-bool DeclareTiers(CPlexa& plexa, const Model& model) {
+bool AddTiers(CPlexa& plexa, const Model& model) {
     if (plexa.GetNumStreams() != 0) return false;
     for (const Tier& tier : model.tiers) {
         if (!AddTier(plexa, tier)) return false;
@@ -120,6 +120,11 @@ bool DeclareTiers(CPlexa& plexa, const Model& model) {
     if (time != model.tiers.end()) {
         plexa.SetDefaultTimeStream(plexa.pStream(static_cast<int>(time - model.tiers.begin())));
     }
+    return true;
+}
+
+bool DeclareTiers(CPlexa& plexa, const Model& model) {
+    if (!AddTiers(plexa, model)) return false;
     plexa.Initialize();
     return true;
 }

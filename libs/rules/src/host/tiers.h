@@ -19,6 +19,8 @@ bool LeavesTokensOut(const Field& feature);
 /// and value sets, and makes the first time tier the default time stream. False when memory runs
 /// out or a limit of the container is passed: 50 streams, 50 fields a stream, 30 values a feature,
 /// kNoValue included.
+bool AddTiers(CPlexa& plexa, const Model& model);
+/// The same, and initializes the container.
 bool DeclareTiers(CPlexa& plexa, const Model& model);
 
 /// Where a container of somebody else's has not the tiers of the model: "stream 2 is called 'x',

@@ -9,6 +9,8 @@
 #include "mlds/rules/diagnostics.h"
 #include "mlds/rules/model.h"
 
+class CPlexa;
+
 namespace mlds {
 
 namespace rules {
@@ -33,6 +35,10 @@ public:
 
     const rules::Model& model() const;
     const rules::Sources& sources() const;
+    /// Declares the tiers in a container of the caller's, which has no streams yet and is not
+    /// initialized: streams of its own may follow. False when memory runs out or a limit of the
+    /// container is passed.
+    bool DeclareTiers(CPlexa& plexa) const;
     /// The instructions of a rule's tests, as mlds-testasm lists them.
     std::string Listing(int block, int rule) const;
     /// What only hosts look into.

@@ -616,6 +616,14 @@ adn	a d e 'e n e
 arn	a e rr e 'e n e
 bbc	b e b e T 'e
 cnn	T e e n e 'e n e
+bce	b e T e 'e
+ccoo	k o m i s j o n e s o b r 'e r a s
+ibm	i b e 'e m e
+itv	i t e 'u b e
+mba	e m e b e 'a
+npi	e n e p e 'i
+rne	e rr e e n e 'e
+tve	t e u b e 'e
 dni	d e e n e 'i
 eeuu	e s t a d o s u n 'i d o s
 erc	e e rr e T 'e
@@ -642,11 +650,13 @@ ue	u 'e
 ugt	u x e t 'e
 unicef	u n i T 'e f
 urss	'u rr s
+usb	u e s e b 'e
 wc	u b e d o b l e T 'e
 vih	u b e i 'a tS e
 
 ; ---- interjections ----
 brr	b r
+brrr	b r
 bah	b 'a
 eh	'e
 hm	m
@@ -655,4 +665,6 @@ mmm	m
 psst	p s
 pst	p s
 shh	S
+shhh	S
+sh	S
 ssh	S

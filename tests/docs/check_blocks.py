@@ -254,6 +254,8 @@ class Checker:
                 else:
                     self.check_command(block, following, root, block.text)
             elif block.kind == 'mta':
+                with open(os.path.join(root, 'rules.mta'), 'w', encoding='utf-8') as file:
+                    file.write(block.text)  # a page may have several
                 self.check_command(block, following, root, 'mlds-testasm rules.mta --check')
             elif block.kind == 'mlr':
                 rules = self.check_rules(block, following.get(block), root, rules)

@@ -88,7 +88,9 @@ def check_new():
     ran = mlds("new", "sw.mlr")
     assert "mlds test sw.mlr" in ran.out
     equal(mlds("check", "sw.mlr").out, "sw.mlr: 0 errors, 0 warnings\n")
-    equal(mlds("test", "sw.mlr").out, "sw.mlr: 4 asserts, 0 failed\n")
+    out = mlds("test", "sw.mlr").out.splitlines()
+    equal(out[0], "sw.mlr: 4 asserts, 0 failed")
+    equal(out[1], "19 of 29 rules held; these never did:")
     with open("sw.mlr", encoding="utf-8") as file:
         before = file.read()
     assert "is there already" in mlds("new", "sw.mlr", status=2).err
@@ -254,12 +256,12 @@ def check_check():
 
 def check_test():
     ran = mlds("test", "timed.mlr", status=1)
-    equal(ran.out, "timed.mlr: 2 asserts, 1 failed\n")
+    assert ran.out.startswith("timed.mlr: 2 asserts, 1 failed\n"), ran.out
     equal(ran.err, 'timed.mlr:12:8: assert failed: "ba" => a b, found b a\n')
 
     write("cases.tsv", "; a comment\njambo\tdZ  'a m b o\r\n\nla\tl a\nno tab\n")
     ran = mlds("test", "sw.mlr", "cases.tsv", status=1)
-    equal(ran.out, "sw.mlr: 4 asserts, 0 failed\ncases.tsv: 3 cases, 2 failed\n")
+    assert ran.out.startswith("sw.mlr: 4 asserts, 0 failed\ncases.tsv: 3 cases, 2 failed\n"), ran.out
     assert "cases.tsv:4: failed: \"la\" => l a, found l 'a\n" in ran.err
     assert "cases.tsv:5: no TAB" in ran.err
     write("cases.tsv", "la\tl 'a\n" + "la\tx\n" * 30)

@@ -26,6 +26,7 @@ public:
         ResolveEnvironments(rule, written);
         ResolveAction(rule, written);
         rule.variables = m_variables.all();
+        rule.beginsAt = EdgeOnTheLeft(rule);
         return rule;
     }
 
@@ -112,6 +113,21 @@ private:
             }
             rule.bBehindToken = bBehind;
         }
+    }
+
+    // "# _": most places of a text are told by it, before anything else is looked at.
+    static TierId EdgeOnTheLeft(const Rule& rule) {
+        TierId edge = kNoTier;
+        for (const Environment& environment : rule.where) {
+            const Pattern* pNearest = &environment.left;
+            while (pNearest->kind == Pattern::Kind::sequence && !pNearest->parts.empty()) {
+                pNearest = &pNearest->parts.back();
+            }
+            if (pNearest->kind != Pattern::Kind::edge) return kNoTier;
+            if (edge != kNoTier && edge != pNearest->tier) return kNoTier;
+            edge = pNearest->tier;
+        }
+        return edge;
     }
 
     enum class Nearest { token, none, either };

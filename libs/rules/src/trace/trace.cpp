@@ -51,7 +51,7 @@ std::string TriedRule::Why() const {
 
 // Follows the tests of one rule. An instruction fails by itself if it fails without having gone on
 // to its continuation; what fails inside of a negation is what the negation wants.
-class RuleTrace::Watcher : public CPlexaTestObserver {
+class RuleTrace::Watcher final : public CPlexaTestObserver {
 public:
     Watcher(RuleHost& host, TraceDetail detail)
         : m_host(host), m_compiled(host.rules().compiled()), m_detail(detail) {}

@@ -133,6 +133,9 @@ struct Rule {
     std::vector<Variable> variables;
     /// Whether the first token of the focus may have that name; empty: it may have any.
     std::vector<bool> firstTokens;
+    /// The tier at whose edges alone it can hold, because every environment has that edge left of
+    /// the focus; else kNoTier.
+    TierId beginsAt = kNoTier;
 };
 
 struct Block {

@@ -117,6 +117,9 @@ TEST(RuleReader, FaultsOfRules) {
         {"? -> b",
          "2:3+1 '?' repeats what stands before it, and nothing does; as a token it is written "
          "\"?\"\n"},
+        {"{a, b} -> b",
+         "2:3+1 '{' repeats what stands before it, and nothing does; a choice is written (a | "
+         "b)\n"},
         {"0 a -> b", "2:3+1 '0' without quotes is nothing; the token is written \"0\"\n"},
         {"a -> b 0", "2:10+1 '0' without quotes is nothing; the token is written \"0\"\n"},
         {"a -> b | c", "2:10+1 a result has no choices; write a rule for each\n"},
@@ -182,6 +185,9 @@ TEST(RuleReader, FaultsOfStatements) {
          "found 'first'\n"},
         {"  a -> b",
          "1:3+1 an indented line belongs to the statement above it, and there is none\n"},
+        {"# vowels",
+         "1:1+1 expected a statement (tier, block, class, ...), found '#'; a comment begins with "
+         "';'\n"},
         {"hello world", "1:1+5 expected a statement (tier, block, class, ...), found 'hello'\n"},
         {"feature x = a", "1:1+7 'feature' stands indented below its tier\n"},
         {"tier t form text : a",

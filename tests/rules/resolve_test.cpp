@@ -35,6 +35,10 @@ TEST(RuleChecks, NamesAreKnown) {
     CheckFaults({
         {"block x : phone each\n  [vok] -> a",
          "error: no feature, value or token 'vok' in tier phone; did you mean 'voc'?"},
+        {"block x : letters -> phone\n  a -> a / _ [voc]",
+         "error: no feature, value or token 'voc' in tier letters; tier phone has it, but this "
+         "asks "
+         "for a token of tier letters"},
         {"block x : phone each\n  a -> Ts",
          "error: tier phone has no token 'Ts'; did you mean 'ts'?"},
         {"block x : phon each\n  a -> e", "error: there is no tier 'phon'; did you mean 'phone'?"},

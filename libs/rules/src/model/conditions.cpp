@@ -111,8 +111,24 @@ private:
             if (field.kind != Field::Kind::name) names.push_back(field.name);
             if (!field.bYesNo) names.insert(names.end(), field.values.begin(), field.values.end());
         }
+        const std::string near = DidYouMean(word.text, names);
         m_scope.Error(word.span, "no feature, value or token " + Quoted(word.text) + " in tier " +
-                                     m_tier.name + DidYouMean(word.text, names));
+                                     m_tier.name + (near.empty() ? Elsewhere(word.text) : near));
+    }
+
+    // Features of phones in rules that look at letters, as who thinks of both writes them.
+    std::string Elsewhere(const std::string& name) const {
+        for (const Tier& tier : m_scope.model().tiers) {
+            const bool bHas = std::ranges::any_of(tier.fields, [&name](const Field& f) {
+                return f.kind != Field::Kind::name &&
+                       (f.name == name ||
+                        (!f.bYesNo && std::ranges::find(f.values, name) != f.values.end()));
+            });
+            if (bHas)
+                return "; tier " + tier.name + " has it, but this asks for a token of tier " +
+                       m_tier.name;
+        }
+        return {};
     }
 
     Condition Compared(const syntax::Condition& written) {

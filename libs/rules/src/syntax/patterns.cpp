@@ -24,6 +24,7 @@ bool BeginsItem(const Cursor& cursor) {
         const Lexeme& sign = cursor.Peek();
         cursor.Fail(sign.word.span, Described(sign) +
                                         " repeats what stands before it, and nothing does" +
+                                        (sign.sign == '{' ? "; a choice is written (a | b)" : "") +
                                         QuotingHelp(sign));
     }
     if (cursor.IsSign('$')) {

@@ -66,7 +66,10 @@ std::string MessageOfStranger(const std::vector<Lexeme>& lexemes) {
         return Described(first) + " stands indented below its tier";
     }
     if (HasAction(lexemes)) return "a rule stands indented below its block";
-    return "expected a statement (tier, block, class, ...), found " + Described(first);
+    // As comments of other languages begin.
+    const bool bComment = first.kind == Lex::sign && (first.sign == '#' || first.sign == '/');
+    return "expected a statement (tier, block, class, ...), found " + Described(first) +
+           (bComment ? "; a comment begins with ';'" : "");
 }
 
 // ---- the file ----

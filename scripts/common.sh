@@ -14,6 +14,8 @@ viewer_packages=("${build_packages[@]}" pkg-config libcpp-httplib-dev nlohmann-j
 test_packages=("${viewer_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev python3 ccache
     clang-14 libclang-rt-14-dev clang-format-14 git
     binutils diffutils util-linux libxml2-utils praat chromium chromium-driver python3-selenium)
+# A node that did not come from Debian brings its own npm, and Debian's cannot stand beside it.
+command -v npm >/dev/null || test_packages+=(nodejs npm)
 
 step() {
     current_step=$*

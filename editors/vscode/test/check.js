@@ -59,43 +59,47 @@ const SCOPES = [
     [4, 'feature', 'keyword.other.statement'],
     [4, 'vowel', 'variable.other.property.feature'],
     [5, 'fric', 'constant.other.value'],
-    [6, 'spans', 'keyword.other.spans'],
-    [7, 'letter', 'variable.other.property.feature'],
-    [7, '+', 'keyword.operator.quantifier'],
-    [8, '\\"', 'constant.character.escape'],
-    [9, 'stress', 'variable.other.property.field'],
-    [10, 'before', 'keyword.other.show'],
-    [10, '1', 'constant.numeric'],
-    [11, 'A', 'entity.name.type.class'],
-    [11, '|', 'keyword.operator.alternative'],
-    [12, 'sounds', 'entity.name.section.block'],
-    [12, 'phone', 'entity.name.type.tier'],
-    [12, 'within', 'keyword.other.within'],
-    [12, 'first', 'keyword.other.mode'],
-    [13, '"soft c"', 'entity.name.function.rule'],
-    [13, 'tS', 'constant.other.token'],
-    [13, '->', 'keyword.operator.arrow'],
-    [13, '#', 'constant.language.boundary'],
-    [13, '##', 'constant.language.boundary.utterance'],
-    [13, '_', 'variable.language.focus'],
-    [13, '/', 'keyword.control.environment'],
-    [13, '\\', 'keyword.control.environment'],
-    [13, '-', 'keyword.operator.sign'],
-    [13, '>=', 'keyword.operator.comparison'],
-    [14, 'x', 'variable.parameter.capture'],
-    [14, 'A', 'constant.other.token'],
-    [14, '3', 'constant.numeric'],
-    [14, '&', 'keyword.operator.look'],
-    [14, 'here', 'variable.other.mark'],
-    [15, '0', 'constant.language.nothing'],
-    [15, ':=', 'keyword.operator.assignment'],
-    [15, '@', 'keyword.operator.mark'],
-    [15, 'word', 'entity.name.type.tier'],
-    [15, '.', 'constant.language.any'],
-    [16, 'in', 'support.function.in'],
-    [16, '130', 'constant.numeric'],
-    [17, '=>', 'keyword.operator.result'],
-    [17, "'a", 'constant.other.token'],
+    [6, '[0-9](?=:\\s";")+', 'string.regexp'],
+    [6, 'spellout', 'support.function.spellout'],
+    [6, '; such as 1', 'comment.line.semicolon'],
+    [7, 'spans', 'keyword.other.spans'],
+    [8, 'letter', 'variable.other.property.feature'],
+    [8, '+', 'keyword.operator.quantifier'],
+    [9, 'weak', 'entity.name.type.token'],
+    [10, '\\"', 'constant.character.escape'],
+    [11, 'stress', 'variable.other.property.field'],
+    [12, 'before', 'keyword.other.show'],
+    [12, '1', 'constant.numeric'],
+    [13, 'A', 'entity.name.type.class'],
+    [13, '|', 'keyword.operator.alternative'],
+    [14, 'sounds', 'entity.name.section.block'],
+    [14, 'phone', 'entity.name.type.tier'],
+    [14, 'within', 'keyword.other.within'],
+    [14, 'first', 'keyword.other.mode'],
+    [15, '"soft c"', 'entity.name.function.rule'],
+    [15, 'tS', 'constant.other.token'],
+    [15, '->', 'keyword.operator.arrow'],
+    [15, '#', 'constant.language.boundary'],
+    [15, '##', 'constant.language.boundary.utterance'],
+    [15, '_', 'variable.language.focus'],
+    [15, '/', 'keyword.control.environment'],
+    [15, '\\', 'keyword.control.environment'],
+    [15, '-', 'keyword.operator.sign'],
+    [15, '>=', 'keyword.operator.comparison'],
+    [16, 'x', 'variable.parameter.capture'],
+    [16, 'A', 'constant.other.token'],
+    [16, '3', 'constant.numeric'],
+    [16, '&', 'keyword.operator.look'],
+    [16, 'here', 'variable.other.mark'],
+    [17, '0', 'constant.language.nothing'],
+    [17, ':=', 'keyword.operator.assignment'],
+    [17, '@', 'keyword.operator.mark'],
+    [17, 'word', 'entity.name.type.tier'],
+    [17, '.', 'constant.language.any'],
+    [18, 'in', 'support.function.in'],
+    [18, '130', 'constant.numeric'],
+    [19, '=>', 'keyword.operator.result'],
+    [19, "'a", 'constant.other.token'],
 ];
 
 async function checkGrammar() {
@@ -112,7 +116,7 @@ async function checkGrammar() {
         .flatMap((name) => fs.readdirSync(name).map((entry) => path.join(name, entry)))
         .filter((name) => name.endsWith('.mlr'));
     assert(files.length > 0);
-    for (const file of files) {
+    for (const file of [...files, path.join(__dirname, 'sample.mlr')]) {
         const text = fs.readFileSync(file, 'utf8');
         tokenize(grammar, text).forEach((tokens, i) => {
             if (/^(\s|;|$)/.test(text.split('\n')[i])) return;
@@ -209,17 +213,20 @@ async function checkExtension(folder) {
     assert.strictEqual(first.source, 'mlds');
     assert.match(first.message, /tier phone has no token 'wrong'/);
 
-    // A warning; the mark of byte order is no column; then nothing.
-    write(file, '\uFEFF' + RULES.replace('tier letters', 'teir letters').replace('wrong', 'b'));
+    // The mark of byte order is no column. Then a warning, then nothing.
+    write(file, '\uFEFF' + RULES.replace('𐐨\n', '𐐨[\n').replace('wrong', 'b'));
     editor.handlers.save(document);
     await until(() => underlined(file)[0]?.[0] === 0, 'the fault of the first line');
-    assert.deepStrictEqual(underlined(file)[0], [0, 'teir', 0]);
+    assert.deepStrictEqual(underlined(file)[0], [0, '[', 0]);
     write(file, RULES.replace(', 𐐨 -> wrong', ''));
     editor.handlers.save(document);
     await until(() => underlined(file)[0]?.[2] === 1, 'a warning');
+    // Who saves twice in a row waits for the second answer, and hears nothing of the first.
+    editor.handlers.save(document);
     write(file, RULES.replace('wrong', 'b'));
     editor.handlers.save(document);
     await until(() => underlined(file).length === 0, 'nothing');
+    assert.deepStrictEqual(editor.complaints, []);
     // At the end of a line something is underlined, too.
     write(file, RULES.replace('wrong', 'b').replace(' -> b\n', ' ->\n'));
     editor.handlers.save(document);
@@ -240,6 +247,8 @@ async function checkExtension(folder) {
     editor.handlers.settings({ affectsConfiguration: () => true });
     await until(() => editor.complaints.length === 1, 'a complaint');
     assert.match(editor.complaints[0], /cannot be started.*mlds\.path/s);
+    editor.handlers.save(document);
+    await new Promise((resolve) => setTimeout(resolve, 300));
     settings.path = process.execPath; // it answers otherwise
     editor.handlers.save(document);
     await until(() => editor.complaints.length === 2, 'a complaint');

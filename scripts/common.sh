@@ -13,6 +13,8 @@ build_packages=(g++ cmake make ninja-build pkg-config
 test_packages=("${build_packages[@]}" libgtest-dev libgmock-dev libbenchmark-dev python3 ccache
     clang-14 libclang-rt-14-dev clang-format-14 git
     binutils diffutils util-linux praat chromium chromium-driver python3-selenium)
+# A node that did not come from Debian brings its own npm, and Debian's cannot stand beside it.
+command -v npm >/dev/null || test_packages+=(nodejs npm)
 
 step() {
     current_step=$*

@@ -196,6 +196,13 @@ TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
     EXPECT_EQ(Assembler(Names()).Assemble(longest + "end", "t").size(), 256);
     EXPECT_THAT(Assembler(Names()).Assemble(longest + "Tok 2\nend", "t").diagnostics().Text(),
                 HasSubstr("t:1:1: error: expected at most 256 instructions"));
+    // However long, and however deep.
+    std::string chain = "test t %inp\nfocus p\nleft a0\np: Ptr ^c\n";
+    for (int i = 0; i < 50'000; ++i) {
+        chain += 'a' + std::to_string(i) + ": Not p then a" + std::to_string(i + 1) + '\n';
+    }
+    EXPECT_THAT(Assembler(Names()).Assemble(chain + "a50000: Or\nend", "t").diagnostics().Text(),
+                HasSubstr("t:1:1: error: expected at most 256 instructions"));
 }
 
 // What is said of a test whose context, on that side, is the pattern x. The pattern p stays where

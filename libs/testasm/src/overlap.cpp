@@ -16,10 +16,6 @@ namespace mlds_testasm {
 
 namespace {
 
-// A test is made of at most 256 instructions, each with at most three operands that became
-// instructions of their own. Longer ones are refused, and are not worth a deep recursion.
-constexpr int kMostNodes = 4 * 256;
-
 // What a comparison compares, whatever it is called: two tests of the same are the same.
 using Compared = std::tuple<int, int, int, int>;
 
@@ -215,7 +211,7 @@ private:
 void CheckOverlap(const Test& test, const Schema& schema, Diagnostics& diagnostics) {
     const bool bLeftward = IsLeftward(test);
     const NodeId context = test.header().operands[bLeftward ? headerRight : headerLeft];
-    if (context == 0 || test.size() > kMostNodes) return;
+    if (context == 0) return;
     Overlap overlap(test, schema, !bLeftward);
     const int nTokens = overlap.FocusTokens();
     int passed = 0;

@@ -32,7 +32,8 @@ SequenceFacts::SequenceFacts(const Test& test, const Schema& schema, bool bRight
     m_least[0] = 0;  // what is absent takes nothing
     for (bool bChanged = true; bChanged;) {
         bChanged = false;
-        for (NodeId id = 1; id < test.size(); ++id) {
+        // From the end, as sequences are mostly written in their order.
+        for (NodeId id = test.size() - 1; id > 0; --id) {
             const Node& node = test.At(id);
             if (node.pInfo == nullptr || node.pInfo->bValue) continue;
             const auto i = static_cast<std::size_t>(id);

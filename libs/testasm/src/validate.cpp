@@ -19,6 +19,10 @@ namespace mlds_testasm {
 
 namespace {
 
+// Each instruction has at most three operands that became instructions of their own. A longer test
+// is refused when it is lowered; nobody follows its links as deep as they may be nested.
+constexpr int kMostNodes = 4 * kMostInstructions;
+
 class TestValidator {
 public:
     TestValidator(const Test& test, const Schema& schema, Diagnostics& diagnostics)
@@ -36,7 +40,7 @@ public:
         CheckFocus(focus);
         Execute(0);
         for (NodeId id = 0; id < m_test.size(); ++id) CheckNode(id);
-        if (m_diagnostics.errors() > nErrors) return;
+        if (m_diagnostics.errors() > nErrors || m_test.size() > kMostNodes) return;
         CheckProgress(m_test, m_schema, m_diagnostics);
         CheckTraps(m_test, m_schema, m_diagnostics);
     }

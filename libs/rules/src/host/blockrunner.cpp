@@ -32,7 +32,7 @@ bool LiesInside(CSyncMark* pMark, CSyncMark* pLeft, CSyncMark* pRight) {
 }  // namespace
 
 BlockRunner::BlockRunner(CPlexa& plexa, const CompiledRules& rules, RuleTests& tests, int block,
-                         RuleObserver* pObserver, std::vector<BlockFault>& faults)
+                         RuleObserver* pObserver, Growth& growth, std::vector<BlockFault>& faults)
     : m_plexa(plexa),
       m_rules(rules),
       m_tests(tests),
@@ -43,6 +43,7 @@ BlockRunner::BlockRunner(CPlexa& plexa, const CompiledRules& rules, RuleTests& t
       m_pTo(m_block.to != kNoTier ? plexa.pStream(m_block.to) : m_pFrom),
       m_carrier(plexa, m_pFrom, m_pTo),
       m_pObserver(pObserver),
+      m_growth(growth),
       m_faults(faults) {}
 
 bool BlockRunner::Run() {

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs every code block of the pages that people read, and compares what it prints with what they say.
 
-check_blocks.py --source DIR --build DIR --library FILE --compiler FILE [--flags FLAGS]
+check_blocks.py --source DIR --build DIR --library FILE --compiler FILE [--flags FLAGS] [PAGE...]
 
 The info string behind the fence says what a block is:
 
@@ -15,6 +15,11 @@ The info string behind the fence says what a block is:
   mta      a file of rule tests; the commands of the page find it as rules.mta
   listing  what mlds-testasm --list makes of the page's rules.mta
   schema   declarations that mlds-testasm has to accept
+  mlr      rules, a whole file where the first line names it ("; fi.mlr"). Otherwise changes to the
+           page's last file: a statement that it has (a tier or block of that name) is replaced, others
+           are put at its end. Nothing may be wrong with the file, and its asserts have to hold; but where
+           output follows, that is what mlds check says of it, and the changes are taken back
+  lex      a lexicon; the first line names its file
   cmake    lines that stand in the program that tests/install builds, whatever the target is called
   tiers    rows that transcribe prints for the text in the row RawInput
 
@@ -42,16 +47,19 @@ NOT_RUN = {
     'cmake --preset release && cmake --build --preset release\n'
     'bench/run build/release/bench/mlds_bench Append':
         'builds the project and measures for minutes',
+    'mlds view sw.mlr --step saludo.txt':
+        'waits for people',
     'mlds-viewer\ntranscribe --step text.txt':
         'wait for people; tests/viewertool and examples/check_view.sh run them',
 }
 
-KINDS = ('output', 'mta', 'listing', 'schema', 'cmake', 'tiers')  # beside those that print
+KINDS = ('output', 'mta', 'listing', 'schema', 'cmake', 'tiers', 'lex')  # beside those that print
 
 SECONDS = 20  # for one program or the commands of one block
 COMPILE_SECONDS = 120
 CPP_FLAGS = ['-std=c++11', '-Wall', '-Wextra', '-Wpedantic', '-Werror']
 MARK = '@@ next block @@'
+RULE_FILE = r'; (\S+\.mlr)\b'
 
 Block = collections.namedtuple('Block', 'page line kind text')
 
@@ -96,6 +104,19 @@ def matches(shown, printed):
     pattern = ''.join('(?:.*\n)*?' if line == '...' else re.escape(line) + '\n'
                       for line in lines(shown))
     return re.fullmatch(pattern, '\n'.join(lines(printed)) + '\n') is not None
+
+
+def statements(rules):
+    """The statements of a rule file, each with the comments above it, by what they are about."""
+    named = re.match(RULE_FILE + '.*\n', rules)
+    found = {'': named.group()} if named else {}
+    rules = rules[named.end():] if named else rules
+    for text in re.findall(r'(?:(?:;.*)?\n)*\S.*\n(?:(?:[ \t]*\n)*[ \t]+\S.*\n)*', rules):
+        head = re.search(r'^[^;\n].*', text, re.MULTILINE)
+        words = head.group().split() if head else [text]
+        by_name = words[0] in ('tier', 'block', 'class', 'pattern')
+        found[' '.join(words[:2] if by_name else words)] = text
+    return found
 
 
 def difference(shown, printed):
@@ -224,6 +245,7 @@ class Checker:
             if path:
                 with open(os.path.join(root, path), 'w', encoding='utf-8') as file:
                     file.write(block.text)
+        rules = None  # the page's last rule file
         for block in blocks:
             if block.kind == 'sh':
                 commands = re.sub(r'\s*# .*$', '', block.text, flags=re.MULTILINE).strip()
@@ -232,7 +254,13 @@ class Checker:
                 else:
                     self.check_command(block, following, root, block.text)
             elif block.kind == 'mta':
+                with open(os.path.join(root, 'rules.mta'), 'w', encoding='utf-8') as file:
+                    file.write(block.text)  # a page may have several
                 self.check_command(block, following, root, 'mlds-testasm rules.mta --check')
+            elif block.kind == 'mlr':
+                rules = self.check_rules(block, following.get(block), root, rules)
+            elif block.kind == 'lex':
+                self.write(block, root, r'; (\S+\.lex)\n')
             elif block.kind == 'listing':
                 self.check_command(block, {block: block}, root, 'mlds-testasm rules.mta --list')
             elif block.kind == 'schema':
@@ -248,6 +276,41 @@ class Checker:
             self.failures.add(block, why)
         else:
             self.compare(block, following.get(block), printed)
+
+    def write(self, block, root, naming):
+        """Writes a block to the file that its first line names, and returns the name."""
+        named = re.match(naming, block.text)
+        if named is None:
+            self.failures.add(block, 'the first line names no file')
+            return None
+        with open(os.path.join(root, named.group(1)), 'w', encoding='utf-8') as file:
+            file.write(block.text)
+        return named.group(1)
+
+    def check_rules(self, block, output, root, last):
+        """The name of the page's last rule file, which is then as the block has it."""
+        before = None
+        if last is not None and not re.match(RULE_FILE, block.text):
+            with open(os.path.join(root, last), encoding='utf-8') as file:
+                before = file.read()
+            block = block._replace(text=''.join({**statements(before),
+                                                 **statements(block.text)}.values()))
+        name = self.write(block, root, RULE_FILE)
+        if name is None:
+            return last
+        if output is None:
+            printed, why = self.run(['mlds', 'test', name], root)
+            if printed is None or why:
+                self.failures.add(block, why)
+            return name
+        printed, why = self.run(['bash', '-c', 'mlds check "$0" 2>&1 || true', name], root)
+        if not matches(output.text, printed or why):
+            self.failures.add(output, difference(output.text, printed or why))
+        if before is None:
+            return last
+        with open(os.path.join(root, last), 'w', encoding='utf-8') as file:
+            file.write(before)
+        return last
 
     def check_schema(self, block, root):
         """A test of the first stream assembles with these declarations."""
@@ -290,7 +353,7 @@ class Checker:
 
 def check_page(checker, page, failures):
     blocks = read_blocks(checker.options.source, page, failures)
-    printing = ('cpp', 'sh')
+    printing = ('cpp', 'sh', 'mlr')
     following = {block: after for block, after in zip(blocks, blocks[1:])
                  if block.kind in printing and after.kind == 'output'}
     shown = set(following.values())
@@ -309,16 +372,17 @@ def main():
     for name in ('source', 'build', 'library', 'compiler'):
         parser.add_argument('--' + name, required=True)
     parser.add_argument('--flags', default='')
+    parser.add_argument('pages', nargs='*', help='only these, as in docs/rules.md')
     options = parser.parse_args()
     failures = Failures()
     folder = tempfile.mkdtemp(prefix='mlds_docs_')
     try:
         checker = Checker(options, folder, failures)
-        pages = ['README.md'] + sorted(
+        pages = options.pages or ['README.md'] + sorted(
             os.path.relpath(path, options.source)
             for path in glob.glob(os.path.join(options.source, 'docs', '*.md')))
         number = sum(check_page(checker, page, failures) for page in pages)
-        for commands in sorted(set(NOT_RUN) - checker.used):
+        for commands in sorted(set() if options.pages else set(NOT_RUN) - checker.used):
             failures.add(Block('NOT_RUN', 0, '', ''), 'no page has these commands: ' + commands)
     finally:
         shutil.rmtree(folder)

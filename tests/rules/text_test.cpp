@@ -209,6 +209,8 @@ TEST(Expansions, NumbersAreSpeltOut) {
         << "no number ends inside a run of digits";
     EXPECT_EQ(said("1.2.3"), "_uno_._dos_._tres_") << "no number: its digits and the rest";
     EXPECT_EQ(said("1" + std::string(30, '0')).substr(0, 15), "_uno_cero_cero_");
+    model.text.expansions[0].pattern = "[0-9]+( [0-9]{3})*";
+    EXPECT_EQ(said("12 345"), "_doce_mil_trescientos_cuarenta_y_cinco_") << "the international way";
 }
 
 TEST(Expansions, OtherLanguagesHaveOtherNumbers) {

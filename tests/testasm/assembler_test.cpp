@@ -199,13 +199,13 @@ TEST(TestAssembler, ErrorsSayWhereAndWhatWasExpected) {
 }
 
 // What is said of a test whose context, on that side, is the pattern x. The pattern p stays where
-// it is, a moves.
+// it is and t does nothing, a moves.
 std::string SaidOf(const std::string& side, const std::string& x) {
-    const std::string text = "test t %inp\nfocus p\nx: " + x + "\np: Ptr ^c\na: AngleBrkt\n" +
-                             "v: Add 1 w\nw: Negate %inp.n\n" + side + " x\n" +
-                             // All is used somewhere.
-                             (side == "right" ? "left" : "right") +
-                             " u\nu: AngleBrkt r then a\nr: Gt v w\nend";
+    const std::string text =
+        "test t %inp\nfocus p\nx: " + x + "\np: Ptr ^c\na: AngleBrkt _ then t\nt: Or\n" +
+        "v: Add 1 w\nw: Negate %inp.n\n" + side + " x\n" +
+        // All is used somewhere.
+        (side == "right" ? "left" : "right") + " u\nu: AngleBrkt r then a\nr: Gt v w\nend";
     return Assembler(Names()).Assemble(text, "t").diagnostics().Text();
 }
 
@@ -257,7 +257,7 @@ TEST(TestAssembler, OnlyPatternsThatMoveAreRepeated) {
                                            "Lt 1 %inp.n",
                                            "Le v 2",
                                            "Gt 2 v",
-                                           "Ge %inp.n %inp.n",
+                                           "Ge %inp.n 2",
                                            "NameEq v 1",
                                            "NameEq 1 1 then a",
                                            "ParentPtr $seen",
@@ -273,7 +273,7 @@ TEST(TestAssembler, OnlyPatternsThatMoveAreRepeated) {
                                            "SyncTest %phone then a",
                                            "MoveRight _ p",
                                            "TimeMoveLeft p",
-                                           "RightContext %phone p"};
+                                           "RightContext %phone t"};
     const auto expect = [](const char* side, const std::string& pattern, bool bStays) {
         const std::string stars = SaidOf(side, "Stars q then p\nq: " + pattern);
         const std::string noBackup = SaidOf(side, "StarsNoBkup q then p\nq: " + pattern);

@@ -24,8 +24,16 @@ TierId TierOfScope(const Model& model, const Block& block) {
     return kNoTier;
 }
 
-// The furthest mark in a direction that no edge lies before.
+bool TokenFollows(CSyncMark* pMark) {
+    CStreamObj* pNext = pMark->GetNextStreamObj();
+    return pNext != nullptr && pNext->GetObjectType(otToken);
+}
+
+// The furthest mark in a direction that no edge lies before. An edge with nothing behind it is the
+// end of what lies before it.
 CSyncMark* Edge(CSyncMark* pFrom, ScanDirectionType direction, CStream* pWords) {
+    const bool bAtEnd = pWords != nullptr && !TokenFollows(pFrom);
+    if (bAtEnd && direction == sdRight) return pFrom;
     CSyncMark* pEdge = pFrom;
     int nTokens = 0;
     bool bTokenSeen = false;
@@ -39,7 +47,7 @@ CSyncMark* Edge(CSyncMark* pFrom, ScanDirectionType direction, CStream* pWords) 
         pEdge = pMark;
         const bool bEdge = pWords != nullptr && pMark->GetCorrespondingSyncMark(pWords) != nullptr;
         // Rightward the walk begins at the place itself, which may be the left edge.
-        if (bEdge && (direction == sdLeft || bTokenSeen)) break;
+        if (bEdge && ((direction == sdLeft && !bAtEnd) || bTokenSeen)) break;
     }
     return pEdge;
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "commands.h"
+#include "coverage.h"
 #include "inputs.h"
 #include "mlds/rules/rulehost.h"
 #include "program.h"
@@ -67,7 +68,8 @@ private:
 
 class Tester {
 public:
-    explicit Tester(const std::shared_ptr<const mlds::RuleSet>& pRules) : m_host(pRules) {}
+    explicit Tester(const std::shared_ptr<const mlds::RuleSet>& pRules)
+        : m_host(pRules), m_coverage(m_host) {}
 
     /// Empty if the tier holds what is expected, else what was found instead.
     std::string Try(std::string_view input, TierId tier, std::string_view expected) {
@@ -86,10 +88,20 @@ public:
         return found;
     }
 
+    /// The rules that did not hold where the tier is not what is expected; a line each.
+    std::string NearMisses(std::string_view input, TierId tier, std::string_view expected) {
+        m_coverage.Pause();
+        std::string misses = mlds_program::NearMisses(m_host, input, tier, expected);
+        m_coverage.Resume();
+        return misses;
+    }
+
     const mlds::RuleSet& rules() const { return m_host.rules(); }
+    const Coverage& coverage() const { return m_coverage; }
 
 private:
     mlds::RuleHost m_host;
+    Coverage m_coverage;
 };
 
 std::string Quoted(std::string_view text) {
@@ -109,7 +121,8 @@ bool TestAsserts(Tester& tester, bool bAll) {
         const mlds::rules::Span& span = assert.inputSpan.line > 0 ? assert.inputSpan : assert.span;
         score.Fail(sources.At(span.file).name() + ':' + std::to_string(span.line) + ':' +
                    std::to_string(span.column) + ": assert failed: " + Quoted(assert.input) +
-                   " => " + Squeezed(assert.expected) + ", " + found);
+                   " => " + Squeezed(assert.expected) + ", " + found +
+                   tester.NearMisses(assert.input, assert.tier, assert.expected));
     }
     return score.Print();
 }
@@ -135,7 +148,7 @@ bool TestCases(Tester& tester, const std::string& path, bool bAll) {
             score.Pass();
         } else {
             score.Fail(line.place() + ": failed: " + Quoted(input) + " => " + Squeezed(expected) +
-                       ", " + found);
+                       ", " + found + tester.NearMisses(input, tier, expected));
         }
     }
     return score.Print() && inputs.ok();
@@ -151,6 +164,7 @@ int Test(const TestOptions& options) {
     for (const std::string& path : options.cases) {
         bAll = TestCases(tester, path, options.bAll) && bAll;
     }
+    tester.coverage().Print();
     return FlushOutput() && bAll ? kDone : kFailed;
 }
 

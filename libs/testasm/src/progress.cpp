@@ -7,6 +7,7 @@
 
 #include "mlds/testasm/validate.h"
 #include "ruletest/opcodes.h"
+#include "sequencefacts.h"
 
 using mlds::Opcode;
 using mlds::OperandKind;
@@ -49,7 +50,6 @@ public:
 private:
     enum class State { unknown, busy, no, yes };
 
-    static Opcode OpcodeOf(const Node& node) { return static_cast<Opcode>(node.pInfo->number); }
     NodeId First(const Node& node) const { return node.operands[m_bRightward ? 1 : 2]; }
     NodeId Second(const Node& node) const { return node.operands[m_bRightward ? 2 : 1]; }
 
@@ -191,10 +191,7 @@ void CheckProgress(const Test& test, const Schema& schema, Diagnostics& diagnost
         }
     };
     const std::array<int, 4>& roots = test.header().operands;
-    const Node& focus = test.At(roots[headerFocus]);
-    const bool bLeftward =
-        focus.pInfo->operands[1] == OperandKind::direction && focus.operands[1] == 1;
-    Progress(test, schema, !bLeftward).Look(roots[headerFocus], found);
+    Progress(test, schema, !IsLeftward(test)).Look(roots[headerFocus], found);
     Progress(test, schema, false).Look(roots[headerLeft], found);
     Progress(test, schema, true).Look(roots[headerRight], found);
 }

@@ -9,6 +9,8 @@
 #include "mlds/testasm/image.h"
 #include "mlds/testasm/text.h"
 #include "ruletest/opcodes.h"
+#include "sequencefacts.h"
+#include "traps.h"
 
 using mlds::Opcode;
 using mlds::OperandKind;
@@ -16,10 +18,6 @@ using mlds::OperandKind;
 namespace mlds_testasm {
 
 namespace {
-
-Opcode OpcodeOf(const Node& node) {
-    return static_cast<Opcode>(node.pInfo->number);
-}
 
 class TestValidator {
 public:
@@ -38,7 +36,9 @@ public:
         CheckFocus(focus);
         Execute(0);
         for (NodeId id = 0; id < m_test.size(); ++id) CheckNode(id);
-        if (m_diagnostics.errors() == nErrors) CheckProgress(m_test, m_schema, m_diagnostics);
+        if (m_diagnostics.errors() > nErrors) return;
+        CheckProgress(m_test, m_schema, m_diagnostics);
+        CheckTraps(m_test, m_schema, m_diagnostics);
     }
 
 private:

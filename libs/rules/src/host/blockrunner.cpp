@@ -29,6 +29,16 @@ bool LiesInside(CSyncMark* pMark, CSyncMark* pLeft, CSyncMark* pRight) {
     return false;
 }
 
+// As the interpreter sees an edge from the right: the mark, or one that only marks part it from,
+// reaches the tier.
+bool IsAtEdge(CSyncMark* pMark, TierId tier) {
+    for (CStreamObj* p = pMark; p != nullptr && p->GetObjectType(otSyncMark);
+         p = p->GetPrevStreamObj()) {
+        if (static_cast<CSyncMark*>(p)->GetCorrespondingSyncMark(tier) != nullptr) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 BlockRunner::BlockRunner(CPlexa& plexa, const CompiledRules& rules, RuleTests& tests, int block,
@@ -73,7 +83,11 @@ bool BlockRunner::MayBegin(const Rule& rule, CToken* pToken) const {
     return name >= rule.firstTokens.size() || rule.firstTokens[name];
 }
 
+// An observer is told of every try, and why it failed; else an edge that is wanted and not there
+// saves one.
 bool BlockRunner::Holds(int rule, CSyncMark* pAt) {
+    const TierId edge = At(rule).beginsAt;
+    if (edge != kNoTier && m_pObserver == nullptr && !IsAtEdge(pAt, edge)) return false;
     if (m_pObserver != nullptr) m_pObserver->BeforeRule(At(rule), pAt);
     bool bHolds = m_tests.Holds(m_nBlock, rule, pAt);
     if (bHolds && Fills() && !m_carrier.IsOpen(pAt, m_tests.end())) bHolds = false;

@@ -104,23 +104,32 @@ std::string WithMarks(const Model& model, CToken* pToken, std::string label, boo
     return label;
 }
 
-}  // namespace
-
-std::string LabelOf(const Model& model, CToken* pToken, bool bIpa) {
+std::string NameWithMarks(const Model& model, CToken* pToken, bool bIpa) {
     const TierId tier = pToken->GetStream()->GetStreamIndex();
     const int name = pToken->GetFieldValueIndex(kNameField);
     const std::string* pName = NameOf(model, tier, name, bIpa);
     return WithMarks(model, pToken, pName != nullptr ? *pName : std::to_string(name), bIpa);
 }
 
-std::string LabelBy(const Model& model, CToken* pToken, CPlexa& plexa, TierId by, bool bIpa) {
+}  // namespace
+
+TierId ShownBy(const Model& model, TierId tier) {
+    for (const ShowBy& show : model.showBy) {
+        if (show.tier == tier) return show.by;
+    }
+    return kNoTier;
+}
+
+std::string LabelOf(const Model& model, CPlexa& plexa, CToken* pToken, bool bIpa) {
+    const TierId by = ShownBy(model, pToken->GetStream()->GetStreamIndex());
+    if (by == kNoTier) return NameWithMarks(model, pToken, bIpa);
     CStream* pBy = plexa.pStream(by);
     CSyncMark* pBegin = pToken->GetPrevSyncMark()->GetCorrespondingSyncMark(pBy);
     CSyncMark* pEnd = pToken->GetNextSyncMark()->GetCorrespondingSyncMark(pBy);
-    if (pBegin == nullptr || pEnd == nullptr) return LabelOf(model, pToken, bIpa);
+    if (pBegin == nullptr || pEnd == nullptr) return NameWithMarks(model, pToken, bIpa);
     std::string label;
     for (CStreamObj* p = pBegin; p != nullptr && p != pEnd; p = p->GetNextStreamObj()) {
-        if (p->GetObjectType(otToken)) label += LabelOf(model, static_cast<CToken*>(p), bIpa);
+        if (p->GetObjectType(otToken)) label += NameWithMarks(model, static_cast<CToken*>(p), bIpa);
     }
     return WithMarks(model, pToken, std::move(label), bIpa);
 }
@@ -129,7 +138,7 @@ std::string ShownTier(const Model& model, CPlexa& plexa, TierId tier) {
     std::string shown;
     ForEachToken(model, plexa, tier, [&](CToken* pToken, bool bNewWord) {
         if (!shown.empty()) shown += bNewWord ? "  " : " ";
-        shown += LabelOf(model, pToken, false);
+        shown += LabelOf(model, plexa, pToken, false);
     });
     return shown;
 }

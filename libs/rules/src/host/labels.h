@@ -12,13 +12,13 @@ namespace mlds::rules {
 /// True if a token meets a condition that asks for no captures.
 bool Meets(CToken* pToken, const Condition& condition);
 
-/// The token as "show" writes it, in the signs of its tier or in IPA. A token of tier text, whose
-/// name is a number, is left to the caller.
-std::string LabelOf(const Model& model, CToken* pToken, bool bIpa);
+/// The tier by whose tokens another one is shown; kNoTier for those that show their own.
+TierId ShownBy(const Model& model, TierId tier);
 
-/// A token of a tier that is shown by another: the tokens of that one which lie under it, without
-/// blanks, and the marks of its own.
-std::string LabelBy(const Model& model, CToken* pToken, CPlexa& plexa, TierId by, bool bIpa);
+/// The token as "show" writes it, in the signs of its tier or in IPA: its own name, or the tokens
+/// under it of the tier that it is shown by, without blanks; and the marks. A token of tier text,
+/// whose name is a number, is left to the caller.
+std::string LabelOf(const Model& model, CPlexa& plexa, CToken* pToken, bool bIpa);
 
 /// All tokens of a tier: one blank between those of a word, two between words.
 std::string ShownTier(const Model& model, CPlexa& plexa, TierId tier);

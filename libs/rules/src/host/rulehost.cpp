@@ -163,10 +163,7 @@ std::string RuleHost::Label(CToken* pToken, bool bIpa) {
     if (tier == kTextTier) {
         return m_pParts->reader.CharacterOf(pToken->GetFieldValueIndex(kNameField));
     }
-    for (const ShowBy& show : rules().model().showBy) {
-        if (show.tier == tier) return LabelBy(rules().model(), pToken, plexa(), show.by, bIpa);
-    }
-    return LabelOf(rules().model(), pToken, bIpa);
+    return LabelOf(rules().model(), plexa(), pToken, bIpa);
 }
 
 void RuleHost::SetObserver(RuleObserver* pObserver) {

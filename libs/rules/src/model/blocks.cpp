@@ -26,6 +26,7 @@ public:
         ResolveEnvironments(rule, written);
         ResolveAction(rule, written);
         rule.variables = m_variables.all();
+        rule.beginsAt = EdgeOnTheLeft(rule);
         return rule;
     }
 
@@ -80,8 +81,15 @@ private:
         const Place place{m_block.from, m_block.within};
         Environment environment;
         environment.span = written.span;
-        environment.left = ResolveSequence(m_scope, m_variables, place, written.left);
-        environment.right = ResolveSequence(m_scope, m_variables, place, written.right);
+        // The right side may name what the left one captures. The left side itself is matched from
+        // the focus outward, and knows a name only in front of where it is bound.
+        for (const syntax::Item* pItem : BindingsOf(written.left)) {
+            if (pItem->capture) m_variables.Announce(pItem->capture, true, m_block.from);
+            if (!pItem->capture) m_variables.Announce(pItem->word, false, m_block.from);
+        }
+        environment.right = ResolveSide(m_scope, m_variables, place, written.right, false);
+        m_variables.EndAnnouncements();
+        environment.left = ResolveSide(m_scope, m_variables, place, written.left, true);
         CheckBeyond(environment.left, false);
         CheckBeyond(environment.right, true);
         return environment;
@@ -105,6 +113,21 @@ private:
             }
             rule.bBehindToken = bBehind;
         }
+    }
+
+    // "# _": most places of a text are told by it, before anything else is looked at.
+    static TierId EdgeOnTheLeft(const Rule& rule) {
+        TierId edge = kNoTier;
+        for (const Environment& environment : rule.where) {
+            const Pattern* pNearest = &environment.left;
+            while (pNearest->kind == Pattern::Kind::sequence && !pNearest->parts.empty()) {
+                pNearest = &pNearest->parts.back();
+            }
+            if (pNearest->kind != Pattern::Kind::edge) return kNoTier;
+            if (edge != kNoTier && edge != pNearest->tier) return kNoTier;
+            edge = pNearest->tier;
+        }
+        return edge;
     }
 
     enum class Nearest { token, none, either };
@@ -284,7 +307,8 @@ void ResolveBlock(Scope& scope, const syntax::Block& written) {
     }
     // Without its tiers nothing in a block makes sense; its rules would only repeat that.
     if (!bKnown) return;
-    if (written.rules.empty()) scope.Warning(written.span, "this block has no rules");
+    if (written.rules.empty() && !scope.bFaulty())
+        scope.Warning(written.span, "this block has no rules");
     const int nBlock = static_cast<int>(scope.model().blocks.size());
     for (const syntax::Rule& rule : written.rules) {
         block.rules.push_back(RuleResolver(scope, block, nBlock).Resolve(rule));

@@ -1,6 +1,8 @@
 // From what the author wrote to what is looked for.
 #include "model/patterns.h"
 
+#include <algorithm>
+
 namespace mlds::rules {
 
 namespace {
@@ -12,8 +14,8 @@ constexpr std::size_t kDeepestNames = 20;
 
 class PatternResolver {
 public:
-    PatternResolver(Scope& scope, Variables& variables, const Place& place)
-        : m_scope(scope), m_variables(variables), m_place(place) {}
+    PatternResolver(Scope& scope, Variables& variables, const Place& place, bool bLeftward = false)
+        : m_scope(scope), m_variables(variables), m_place(place), m_bLeftward(bLeftward) {}
 
     Pattern Resolve(const syntax::Pattern& written) {
         if (written.alternatives.size() == 1) return Resolve(written.alternatives.front());
@@ -26,7 +28,12 @@ public:
 
     Pattern Resolve(const syntax::Sequence& written) {
         Pattern sequence = Node(Pattern::Kind::sequence, written.span);
-        for (const syntax::Item& item : written.items) sequence.parts.push_back(Repeated(item));
+        // In the order of matching, so that a name is bound before it is used.
+        const std::size_t n = written.items.size();
+        for (std::size_t i = 0; i < n; ++i) {
+            sequence.parts.push_back(Repeated(written.items[m_bLeftward ? n - 1 - i : i]));
+        }
+        if (m_bLeftward) std::reverse(sequence.parts.begin(), sequence.parts.end());
         if (sequence.parts.size() == 1) return std::move(sequence.parts.front());
         return sequence;
     }
@@ -239,7 +246,18 @@ private:
     Span m_useSpan{0, 0, 0, 0};
     std::vector<std::string> m_names;
     int m_nNodes = 0;
+    bool m_bLeftward;
 };
+
+void AddBindings(const syntax::Sequence& sequence, std::vector<const syntax::Item*>& bindings) {
+    for (const syntax::Item& item : sequence.items) {
+        if (item.capture || item.kind == syntax::Item::Kind::setMark) bindings.push_back(&item);
+        for (const syntax::Sequence& inner : item.pattern.alternatives) {
+            // What is captured in another tier belongs there, and is bound when it is resolved.
+            if (item.kind != syntax::Item::Kind::cross) AddBindings(inner, bindings);
+        }
+    }
+}
 
 }  // namespace
 
@@ -248,9 +266,15 @@ Pattern ResolvePattern(Scope& scope, Variables& variables, const Place& place,
     return PatternResolver(scope, variables, place).Resolve(written);
 }
 
-Pattern ResolveSequence(Scope& scope, Variables& variables, const Place& place,
-                        const syntax::Sequence& written) {
-    return PatternResolver(scope, variables, place).Resolve(written);
+Pattern ResolveSide(Scope& scope, Variables& variables, const Place& place,
+                    const syntax::Sequence& written, bool bLeftward) {
+    return PatternResolver(scope, variables, place, bLeftward).Resolve(written);
+}
+
+std::vector<const syntax::Item*> BindingsOf(const syntax::Sequence& written) {
+    std::vector<const syntax::Item*> bindings;
+    AddBindings(written, bindings);
+    return bindings;
 }
 
 }  // namespace mlds::rules

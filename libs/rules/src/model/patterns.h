@@ -17,8 +17,12 @@ struct Place {
 
 Pattern ResolvePattern(Scope& scope, Variables& variables, const Place& place,
                        const syntax::Pattern& written);
-Pattern ResolveSequence(Scope& scope, Variables& variables, const Place& place,
-                        const syntax::Sequence& written);
+/// One side of an environment. The left one is matched from its end, so that what it captures is
+/// known in front of it only.
+Pattern ResolveSide(Scope& scope, Variables& variables, const Place& place,
+                    const syntax::Sequence& written, bool bLeftward);
+/// The names that a side binds, which the other side may use before this one is resolved.
+std::vector<const syntax::Item*> BindingsOf(const syntax::Sequence& written);
 
 /// Marks the tokens that the pattern's first token may be; a pattern that can be empty may begin
 /// with any.

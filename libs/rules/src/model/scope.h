@@ -33,6 +33,9 @@ public:
         m_diagnostics.Warning(m_sources, span, std::move(message));
     }
 
+    /// True if anything is wrong already, so that what is missing may only have been left out.
+    bool bFaulty() const { return m_diagnostics.errors() > 0; }
+
     Model& model() { return m_model; }
     const Sources& sources() const { return m_sources; }
     Tier& tier(TierId id) { return m_model.tiers[static_cast<std::size_t>(id)]; }

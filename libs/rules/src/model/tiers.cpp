@@ -106,6 +106,11 @@ private:
                 Assign(field, static_cast<int>(v), word);
             }
         }
+        // Tokens without a value need one more in the container, for none.
+        const auto none = std::find(field.valueOfToken.begin(), field.valueOfToken.end(), -1);
+        if (field.values.size() == kMostValues && none != field.valueOfToken.end()) {
+            m_scope.Error(field.span, "a feature that leaves tokens out has at most 29 values");
+        }
         AddField(std::move(field));
     }
 

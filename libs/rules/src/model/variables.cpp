@@ -15,9 +15,11 @@ int Variables::Find(const std::string& name, bool bToken) const {
 int Variables::Bind(const syntax::Word& name, bool bToken, TierId tier) {
     const int found = Find(name.text, bToken);
     if (found < 0) {
-        m_variables.push_back({name.text, bToken, tier, name.span});
+        m_variables.push_back({name.text, bToken, name.span, tier});
+        m_bound.push_back(true);
         return size() - 1;
     }
+    m_bound[static_cast<std::size_t>(found)] = true;
     // A copy keeps its tier, so one name cannot stand for tokens of two.
     if (bToken && m_variables[static_cast<std::size_t>(found)].tier != tier) {
         m_scope.Error(name.span, Quoted(name.text) +
@@ -27,8 +29,21 @@ int Variables::Bind(const syntax::Word& name, bool bToken, TierId tier) {
     return found;
 }
 
+void Variables::Announce(const syntax::Word& name, bool bToken, TierId tier) {
+    m_bAnnounced = true;
+    if (Find(name.text, bToken) >= 0) return;
+    m_variables.push_back({name.text, bToken, name.span, tier});
+    m_bound.push_back(false);
+}
+
 int Variables::Use(const syntax::Word& name, bool bToken, TierId tier) {
     const int found = Find(name.text, bToken);
+    if (found >= 0 && !m_bound[static_cast<std::size_t>(found)] && !m_bAnnounced) {
+        m_scope.Error(name.span, Quoted(name.text) +
+                                     " is not bound yet here: left of '_' tokens are matched from "
+                                     "right to left, so what is captured stands right of its use");
+        return -1;
+    }
     if (found < 0) {
         std::vector<std::string> names;
         for (const Variable& variable : m_variables) {

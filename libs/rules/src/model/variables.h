@@ -16,6 +16,9 @@ public:
 
     /// A name that is bound here; the same name may be bound in several branches, in one tier.
     int Bind(const syntax::Word& name, bool bToken, TierId tier);
+    /// A name that will be bound, and may be used before until EndAnnouncements.
+    void Announce(const syntax::Word& name, bool bToken, TierId tier);
+    void EndAnnouncements() { m_bAnnounced = false; }
     /// A name that is used. Reported and -1 if nothing binds it, or in another tier.
     int Use(const syntax::Word& name, bool bToken, TierId tier);
 
@@ -27,6 +30,8 @@ private:
 
     Scope& m_scope;
     std::vector<Variable> m_variables;
+    std::vector<bool> m_bound;  // by variable: false as long as it is only announced
+    bool m_bAnnounced = false;
 };
 
 }  // namespace mlds::rules

@@ -160,11 +160,9 @@ icu::UnicodeString Spellout::ReadNumber(const Number& number) const {
     return minus;
 }
 
+// A blank parts groups in any language: the international way, beside the language's own sign.
 bool Spellout::Groups(UChar32 c) const {
-    if (m_grouping.isEmpty()) return false;
-    const UChar32 grouping = m_grouping.char32At(0);
-    // Where a blank groups, people type whichever they find.
-    return c == grouping || (u_isUWhiteSpace(grouping) && u_isUWhiteSpace(c));
+    return u_isUWhiteSpace(c) || (!m_grouping.isEmpty() && c == m_grouping.char32At(0));
 }
 
 bool Spellout::Parse(const icu::UnicodeString& typed, Number& number) const {

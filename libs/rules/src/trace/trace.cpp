@@ -51,7 +51,7 @@ std::string TriedRule::Why() const {
 
 // Follows the tests of one rule. An instruction fails by itself if it fails without having gone on
 // to its continuation; what fails inside of a negation is what the negation wants.
-class RuleTrace::Watcher : public CPlexaTestObserver {
+class RuleTrace::Watcher final : public CPlexaTestObserver {
 public:
     Watcher(RuleHost& host, TraceDetail detail)
         : m_host(host), m_compiled(host.rules().compiled()), m_detail(detail) {}
@@ -61,6 +61,8 @@ public:
         m_pAt = pAt;
         m_misses.clear();
         m_elements.clear();
+        m_orders.clear();
+        m_nInstructions = 0;
         m_bException = false;
         m_bHeld = false;
     }
@@ -71,6 +73,13 @@ public:
         tried.pBlock = &m_host.rules().model().blocks[static_cast<std::size_t>(m_pRule->block)];
         tried.pAt = m_pAt;
         tried.pEnd = pEnd;
+        // A first token is looked at once more where the pattern itself begins.
+        const auto isSame = [](const TracedElement& a, const TracedElement& b) {
+            return a.span == b.span && a.pAt == b.pAt && a.bLeftward == b.bLeftward &&
+                   a.bFits == b.bFits;
+        };
+        m_elements.erase(std::unique(m_elements.begin(), m_elements.end(), isSame),
+                         m_elements.end());
         tried.elements = std::move(m_elements);
         if (pEnd == nullptr) Explain(tried);
         m_pRule = nullptr;
@@ -114,6 +123,7 @@ public:
         frame.continuation =
             step.instruction[kContinuation] != 0 ? step.instruction[kContinuation] : -1;
         frame.pAt = MarkOf(step.position);
+        frame.order = m_nInstructions++;
         m_frames.push_back(frame);
     }
 
@@ -129,7 +139,7 @@ public:
         const bool bFits = result.truth || frame.bWentOn;
         const bool bLeftward = step.direction == sdLeft;
         if (m_detail == TraceDetail::elements && (element.bDecides || !bFits))
-            Keep(element, frame.pAt, bLeftward, bFits);
+            Keep(element, frame, bLeftward, bFits);
         if (!bFits)
             m_misses.push_back(
                 {ReachOf(element, frame.pAt, bLeftward), &element, frame.pAt, bLeftward});
@@ -138,6 +148,7 @@ public:
 private:
     struct Frame {
         CSyncMark* pAt = nullptr;
+        std::size_t order = 0;  ///< among the instructions of the rule
         int continuation = -1;
         int nNegations = 0;
         bool bNot = false;
@@ -185,6 +196,8 @@ private:
                    m_compiled.model.tiers[static_cast<std::size_t>(block.within)].name;
         }
         const Condition* pCondition = p->kind == Pattern::Kind::token ? &p->condition : nullptr;
+        if (p->kind == Pattern::Kind::lookNot && p->parts.front().kind == Pattern::Kind::in)
+            p = &p->parts.front();
         if (p->kind == Pattern::Kind::in) return FoundIn(*p, pAt, bLeftward);
         return FoundText(m_host, pAt, bLeftward, pCondition);
     }
@@ -204,7 +217,8 @@ private:
         return "in " + name + ' ' + FoundText(m_host, pOver, bLeftward, &in.condition);
     }
 
-    void Keep(const Element& element, CSyncMark* pAt, bool bLeftward, bool bFits) {
+    void Keep(const Element& element, const Frame& frame, bool bLeftward, bool bFits) {
+        CSyncMark* const pAt = frame.pAt;
         TracedElement traced;
         traced.span = element.pPattern->span;
         traced.pAt = pAt;
@@ -212,7 +226,10 @@ private:
         traced.bFits = bFits;
         traced.wanted = WantedText(m_host.rules(), TierAt(pAt), *element.pPattern);
         traced.found = Found(element, pAt, bLeftward);
-        m_elements.push_back(std::move(traced));
+        // Whether an element fits is known when all that follows it has been looked at.
+        const auto at = std::upper_bound(m_orders.begin(), m_orders.end(), frame.order);
+        m_elements.insert(m_elements.begin() + (at - m_orders.begin()), std::move(traced));
+        m_orders.insert(at, frame.order);
     }
 
     std::string Where(const Miss& miss) {
@@ -249,20 +266,26 @@ private:
             tried.found = "it does not end in this tier";
             return;
         }
-        tried.failedAt = furthest->pElement->pPattern->span;
-        if (m_detail == TraceDetail::places) return;
-        tried.where = Where(*furthest);
-        tried.found = Found(*furthest->pElement, furthest->pAt, furthest->bLeftward);
+        // Of several elements wanted there, one that asks for features says most of what it found.
+        const Miss* pTold = &*furthest;
         std::vector<std::string> wanted;
         for (const Miss& miss : m_misses) {
             if (miss.reach != furthest->reach || miss.pAt != furthest->pAt) continue;
-            std::string text =
-                WantedText(m_host.rules(), TierAt(miss.pAt), *miss.pElement->pPattern);
-            if (std::find(wanted.begin(), wanted.end(), text) == wanted.end())
+            const Pattern& pattern = *miss.pElement->pPattern;
+            if (pattern.kind == Pattern::Kind::token && !miss.pElement->bStaysWithin) pTold = &miss;
+            if (m_detail == TraceDetail::places) break;
+            std::string text = WantedText(m_host.rules(), TierAt(miss.pAt), pattern);
+            if (std::find(wanted.begin(), wanted.end(), text) == wanted.end()) {
                 wanted.push_back(std::move(text));
+            }
         }
-        for (const std::string& text : wanted)
+        tried.failedAt = pTold->pElement->pPattern->span;
+        if (m_detail == TraceDetail::places) return;
+        tried.where = Where(*pTold);
+        tried.found = Found(*pTold->pElement, pTold->pAt, pTold->bLeftward);
+        for (const std::string& text : wanted) {
             tried.wanted += (tried.wanted.empty() ? "" : " or ") + text;
+        }
     }
 
     RuleHost& m_host;
@@ -274,6 +297,8 @@ private:
     std::vector<Frame> m_frames;
     std::vector<Miss> m_misses;
     std::vector<TracedElement> m_elements;
+    std::vector<std::size_t> m_orders;  ///< of the elements
+    std::size_t m_nInstructions = 0;
     bool m_bException = false;  // an exception is being asked, and has held if the rule ends so
     std::size_t m_exception = 0;
     bool m_bHeld = false;

@@ -86,8 +86,8 @@ struct Pattern {
 struct Variable {
     std::string name;
     bool bToken = false;
-    TierId tier = kNoTier;  ///< that its token or mark is of
     Span span;
+    TierId tier = kNoTier;  ///< that its token or mark is of
 };
 
 struct Setting {
@@ -133,6 +133,9 @@ struct Rule {
     std::vector<Variable> variables;
     /// Whether the first token of the focus may have that name; empty: it may have any.
     std::vector<bool> firstTokens;
+    /// The tier at whose edges alone it can hold, because every environment has that edge left of
+    /// the focus; else kNoTier.
+    TierId beginsAt = kNoTier;
 };
 
 struct Block {

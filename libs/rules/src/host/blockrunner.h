@@ -62,6 +62,8 @@ private:
     const std::vector<int>& CandidatesFor(CToken* pToken) const;
     bool MayBegin(const Rule& rule, CToken* pToken) const;
 
+    enum class Known { no, nothing, yes };
+    Known Foresee(int rule, CSyncMark* pAt) const;
     bool Holds(int rule, CSyncMark* pAt);
     bool HoldsHere(int rule, CSyncMark* pAt);
     CSyncMark* NothingHolds(CSyncMark* pAt);

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <random>
 
+#include "mlds/rules/observer.h"
 #include "mlds/rules/rulehost.h"
 #include "support/tiers.h"
 #include "support/wholelanguage.h"
@@ -153,11 +154,16 @@ TEST(Rules, SpoiltFilesAreReadAndRun) {
         EXPECT_EQ(pRules == nullptr, diagnostics.errors() > 0);
         if (pRules != nullptr) {
             ++nCompiled;
-            RuleHost host(pRules);
+            RuleHost host(pRules), watched(pRules);
+            mlds::rules::RuleObserver observer;
+            watched.SetObserver(&observer);
             for (const char* sentence : kSentences) {
                 const mlds::RunOutcome outcome = host.Run(sentence);
                 EXPECT_TRUE(outcome.bDone || !outcome.faults.empty());
                 ASSERT_EQ(CheckStructure(host.plexa()), "") << sentence << "\n" << text;
+                // Watched, every rule is tried wherever it could begin.
+                watched.Run(sentence);
+                ASSERT_EQ(Dump(host.plexa()), Dump(watched.plexa())) << sentence << "\n" << text;
             }
         }
         const auto time = std::chrono::steady_clock::now() - start;

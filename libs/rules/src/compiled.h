@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "host/shortcuts.h"
 #include "lowering/lowering.h"
 #include "mlds/rules/model.h"
 #include "text/lexicon.h"
@@ -15,9 +16,8 @@ struct CompiledRules {
     Model model;
     Lowered lowered;
     std::vector<Lexicon> lexicons;  ///< as in model.lexicons
-    /// By block and token: the rules whose focus may begin with it, in their order. Time tiers,
-    /// whose tokens are numbers, have one list for all.
-    std::vector<std::vector<std::vector<int>>> candidates;
+    Candidates candidates;
+    std::vector<std::vector<Shortcuts>> shortcuts;  ///< by block and rule
 };
 
 }  // namespace mlds::rules

@@ -44,16 +44,12 @@ void CheckAsserts(const CompiledRules& rules, Diagnostics& diagnostics) {
 }
 
 // Which rules are worth trying where a token stands. What comes out does not depend on it.
-void ListCandidates(CompiledRules& rules) {
+void PrepareChoosing(CompiledRules& rules) {
+    rules.candidates = CandidatesOf(rules.model);
     for (const Block& block : rules.model.blocks) {
         const Tier& from = rules.model.tiers[static_cast<std::size_t>(block.from)];
-        auto& lists = rules.candidates.emplace_back(std::max<std::size_t>(from.tokens.size(), 1));
-        for (std::size_t r = 0; r < block.rules.size(); ++r) {
-            const std::vector<bool>& first = block.rules[r].firstTokens;
-            for (std::size_t token = 0; token < lists.size(); ++token) {
-                if (first.empty() || first[token]) lists[token].push_back(static_cast<int>(r));
-            }
-        }
+        auto& shortcuts = rules.shortcuts.emplace_back();
+        for (const Rule& rule : block.rules) shortcuts.push_back(ShortcutsOf(from, rule));
     }
 }
 
@@ -71,7 +67,7 @@ std::unique_ptr<CompiledRules> Compile(std::string text, const std::string& name
         rules->lowered = Lower(rules->model, rules->sources, diagnostics);
     }
     if (diagnostics.errors() > 0) return nullptr;
-    ListCandidates(*rules);
+    PrepareChoosing(*rules);
     return rules;
 }
 

@@ -46,6 +46,7 @@ bool BlockRunner::Fill(int rule, CSyncMark* pAt, CSyncMark* pEnd) {
     CSyncMark* pRight = m_carrier.Carry(pEnd);
     if (pLeft == nullptr || pRight == nullptr) return false;
     if (At(rule).result.empty()) return true;
+    if (!MayGrow(At(rule), 0, pAt)) return false;
     return Clear(m_pTo, pLeft, pRight) && InsertResult(rule, m_pTo, pLeft, pRight);
 }
 
@@ -56,7 +57,19 @@ bool BlockRunner::Replace(int rule, CSyncMark* pAt, CSyncMark* pEnd) {
     const bool bOneForOne =
         tokens.size() == result.size() && std::none_of(result.begin(), result.end(), isMark);
     if (bOneForOne) return ReplaceEach(rule, tokens);
-    return Clear(m_pFrom, pAt, pEnd) && InsertResult(rule, m_pFrom, pAt, pEnd);
+    return MayGrow(At(rule), tokens.size(), pAt) && Clear(m_pFrom, pAt, pEnd) &&
+           InsertResult(rule, m_pFrom, pAt, pEnd);
+}
+
+// Where a rule would make too much, it is not carried out, and the text is given up.
+bool BlockRunner::MayGrow(const Rule& rule, std::size_t nReplaced, CSyncMark* pAt) {
+    const std::size_t nMade = rule.result.size();
+    if (m_growth.Take(nMade > nReplaced ? nMade - nReplaced : 0)) return true;
+    m_faults.push_back({pAt, "the rules have made more than " + std::to_string(m_growth.most()) +
+                                 " tokens of this text, the last ones by " + rule.text +
+                                 " in block " + m_block.name +
+                                 "; does it lengthen what rules like it have made?"});
+    return false;
 }
 
 // Tokens that are replaced one for one leave the marks between them, and keep their numbers.
@@ -176,6 +189,7 @@ bool BlockRunner::InsertResult(int rule, CStream* pStream, CSyncMark* pLeft, CSy
 // Old tokens keep the mark that is tied: in front of the mark if they are on its left, behind it if
 // they are on its right; the new ones stand between it and a new mark.
 bool BlockRunner::Insert(int rule, CSyncMark* pAt) {
+    if (!MayGrow(At(rule), 0, pAt)) return false;
     CSyncMark* pNew = m_plexa.CreateSyncMark(m_pFrom);
     if (pNew == nullptr) return false;
     const bool bBehind = At(rule).bBehindToken;

@@ -29,6 +29,12 @@ bool LiesInside(CSyncMark* pMark, CSyncMark* pLeft, CSyncMark* pRight) {
     return false;
 }
 
+// Names that are none of the tier's are in no set.
+bool Contains(const std::vector<bool>& names, CToken* pToken, bool bOtherwise) {
+    const auto name = static_cast<std::size_t>(pToken->GetFieldValueIndex(kNameField));
+    return name < names.size() ? names[name] : bOtherwise;
+}
+
 // As the interpreter sees an edge from the right: the mark, or one that only marks part it from,
 // reaches the tier.
 bool IsAtEdge(CSyncMark* pMark, TierId tier) {
@@ -42,7 +48,7 @@ bool IsAtEdge(CSyncMark* pMark, TierId tier) {
 }  // namespace
 
 BlockRunner::BlockRunner(CPlexa& plexa, const CompiledRules& rules, RuleTests& tests, int block,
-                         RuleObserver* pObserver, std::vector<BlockFault>& faults)
+                         RuleObserver* pObserver, Growth& growth, std::vector<BlockFault>& faults)
     : m_plexa(plexa),
       m_rules(rules),
       m_tests(tests),
@@ -53,6 +59,7 @@ BlockRunner::BlockRunner(CPlexa& plexa, const CompiledRules& rules, RuleTests& t
       m_pTo(m_block.to != kNoTier ? plexa.pStream(m_block.to) : m_pFrom),
       m_carrier(plexa, m_pFrom, m_pTo),
       m_pObserver(pObserver),
+      m_growth(growth),
       m_faults(faults) {}
 
 bool BlockRunner::Run() {
@@ -78,15 +85,35 @@ const std::vector<int>& BlockRunner::CandidatesFor(CToken* pToken) const {
 }
 
 bool BlockRunner::MayBegin(const Rule& rule, CToken* pToken) const {
-    const auto name = static_cast<std::size_t>(pToken->GetFieldValueIndex(kNameField));
-    return name >= rule.firstTokens.size() || rule.firstTokens[name];
+    return Contains(rule.firstTokens, pToken, true);
 }
 
-// An observer is told of every try, and why it failed; else an edge that is wanted and not there
-// saves one.
-bool BlockRunner::Holds(int rule, CSyncMark* pAt) {
+// What the names of the tokens here and the edge on the left say without a test.
+BlockRunner::Known BlockRunner::Foresee(int rule, CSyncMark* pAt) const {
     const TierId edge = At(rule).beginsAt;
-    if (edge != kNoTier && m_pObserver == nullptr && !IsAtEdge(pAt, edge)) return false;
+    if (edge != kNoTier && !IsAtEdge(pAt, edge)) return Known::no;
+    const Shortcuts& shortcuts =
+        m_rules.shortcuts[static_cast<std::size_t>(m_nBlock)][static_cast<std::size_t>(rule)];
+    if (!shortcuts.second.empty()) {
+        CToken* pSecond = TokenRightOf(pAt)->GetNextToken();
+        if (pSecond == nullptr || !Contains(shortcuts.second, pSecond, true)) return Known::no;
+    }
+    if (shortcuts.certain.empty()) return Known::nothing;
+    return Contains(shortcuts.certain, TokenRightOf(pAt), false) ? Known::yes : Known::nothing;
+}
+
+// Who watches is told of every try, and why it failed.
+bool BlockRunner::Holds(int rule, CSyncMark* pAt) {
+    if (m_pObserver == nullptr && !m_plexa.HasViewer()) {
+        const Known known = Foresee(rule, pAt);
+        if (known == Known::no) return false;
+        if (known == Known::yes) {
+            m_tests.SetEnd(EndOfToken(pAt));
+        } else if (!m_tests.Holds(m_nBlock, rule, pAt)) {
+            return false;
+        }
+        return !Fills() || m_carrier.IsOpen(pAt, m_tests.end());
+    }
     if (m_pObserver != nullptr) m_pObserver->BeforeRule(At(rule), pAt);
     bool bHolds = m_tests.Holds(m_nBlock, rule, pAt);
     if (bHolds && Fills() && !m_carrier.IsOpen(pAt, m_tests.end())) bHolds = false;

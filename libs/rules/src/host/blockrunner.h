@@ -2,6 +2,8 @@
 #ifndef MLDS_RULES_BLOCKRUNNER_H
 #define MLDS_RULES_BLOCKRUNNER_H
 
+#include <cstddef>
+#include <string>
 #include <vector>
 
 #include "compiled.h"
@@ -17,14 +19,35 @@ struct BlockFault {
     std::string what;
 };
 
+/// How many tokens rules may still make of one text. Rules that lengthen what others have made
+/// double it with every one of them, so that a few lines would fill any memory.
+class Growth {
+public:
+    explicit Growth(std::size_t nTokensOfText) : m_nMost(kAlways + kEach * nTokensOfText) {}
+
+    bool Take(std::size_t nTokens) {
+        m_nMade += nTokens;
+        return m_nMade <= m_nMost;
+    }
+    std::size_t most() const { return m_nMost; }
+
+private:
+    // Far more than a language has tiers and rules to make of a letter.
+    static constexpr std::size_t kAlways = 10'000;
+    static constexpr std::size_t kEach = 200;
+
+    std::size_t m_nMost;
+    std::size_t m_nMade = 0;
+};
+
 /// Runs one block over everything that is there. Marks are walked as they are at every step, for
 /// rules insert and delete.
 class BlockRunner {
 public:
     BlockRunner(CPlexa& plexa, const CompiledRules& rules, RuleTests& tests, int block,
-                RuleObserver* pObserver, std::vector<BlockFault>& faults);
+                RuleObserver* pObserver, Growth& growth, std::vector<BlockFault>& faults);
 
-    /// False when memory runs out.
+    /// False when memory runs out, or the rules have made too much, which is a fault.
     bool Run();
 
 private:
@@ -39,6 +62,8 @@ private:
     const std::vector<int>& CandidatesFor(CToken* pToken) const;
     bool MayBegin(const Rule& rule, CToken* pToken) const;
 
+    enum class Known { no, nothing, yes };
+    Known Foresee(int rule, CSyncMark* pAt) const;
     bool Holds(int rule, CSyncMark* pAt);
     bool HoldsHere(int rule, CSyncMark* pAt);
     CSyncMark* NothingHolds(CSyncMark* pAt);
@@ -50,6 +75,7 @@ private:
     void Set(const Rule& rule, CSyncMark* pAt, CSyncMark* pEnd);
     void Scale(const Rule& rule, CSyncMark* pAt, CSyncMark* pEnd);
     bool Insert(int rule, CSyncMark* pAt);
+    bool MayGrow(const Rule& rule, std::size_t nReplaced, CSyncMark* pAt);
     bool Clear(CStream* pStream, CSyncMark* pLeft, CSyncMark* pRight);
     bool InsertResult(int rule, CStream* pStream, CSyncMark* pLeft, CSyncMark* pRight);
     CToken* TokenOf(int rule, const Piece& piece, CStream* pStream);
@@ -65,6 +91,7 @@ private:
     CStream* m_pTo;  // the same in blocks of one tier
     Carrier m_carrier;
     RuleObserver* m_pObserver;
+    Growth& m_growth;
     std::vector<BlockFault>& m_faults;
 };
 

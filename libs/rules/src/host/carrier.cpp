@@ -18,24 +18,6 @@ bool HasTokenBetween(CSyncMark* pLeft, CSyncMark* pRight) {
 
 }  // namespace
 
-CSyncMark* MarkRightOf(CStreamObj* p) {
-    CStreamObj* pNext = p->GetNextStreamObj();
-    return pNext != nullptr && pNext->GetObjectType(otSyncMark) ? static_cast<CSyncMark*>(pNext)
-                                                                : nullptr;
-}
-
-CToken* TokenRightOf(CStreamObj* p) {
-    CStreamObj* pNext = p->GetNextStreamObj();
-    return pNext != nullptr && pNext->GetObjectType(otToken) ? static_cast<CToken*>(pNext)
-                                                             : nullptr;
-}
-
-CToken* TokenLeftOf(CStreamObj* p) {
-    CStreamObj* pPrev = p->GetPrevStreamObj();
-    return pPrev != nullptr && pPrev->GetObjectType(otToken) ? static_cast<CToken*>(pPrev)
-                                                             : nullptr;
-}
-
 CSyncMark* Carrier::Remembered(CSyncMark* pMark, CSyncMark* pTarget) {
     m_pLastFrom = pMark;
     m_pLastTo = pTarget;

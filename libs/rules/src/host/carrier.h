@@ -46,10 +46,22 @@ private:
 };
 
 /// The neighbour on the right if it is a mark, or a token; null otherwise.
-CSyncMark* MarkRightOf(CStreamObj* p);
-CToken* TokenRightOf(CStreamObj* p);
+inline CSyncMark* MarkRightOf(CStreamObj* p) {
+    CStreamObj* pNext = p->GetNextStreamObj();
+    return pNext != nullptr && pNext->GetObjectType(otSyncMark) ? static_cast<CSyncMark*>(pNext)
+                                                                : nullptr;
+}
+inline CToken* TokenRightOf(CStreamObj* p) {
+    CStreamObj* pNext = p->GetNextStreamObj();
+    return pNext != nullptr && pNext->GetObjectType(otToken) ? static_cast<CToken*>(pNext)
+                                                             : nullptr;
+}
 /// Likewise on the left.
-CToken* TokenLeftOf(CStreamObj* p);
+inline CToken* TokenLeftOf(CStreamObj* p) {
+    CStreamObj* pPrev = p->GetPrevStreamObj();
+    return pPrev != nullptr && pPrev->GetObjectType(otToken) ? static_cast<CToken*>(pPrev)
+                                                             : nullptr;
+}
 
 }  // namespace mlds::rules
 

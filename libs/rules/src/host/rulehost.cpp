@@ -14,6 +14,46 @@ namespace mlds {
 
 using namespace rules;
 
+namespace {
+
+// Where in the text, as typed, places of other tiers are. Faults come from left to right, so every
+// walk back ends at the place before.
+class Columns {
+public:
+    explicit Columns(CPlexa& plexa) : m_pText(plexa.pStream(kTextTier)) {}
+
+    /// 1 for a place that has no counterpart in the text.
+    std::size_t Of(CSyncMark* pMark) {
+        CSyncMark* pTyped = nullptr;
+        for (CSyncMark* p = pMark; p != nullptr && pTyped == nullptr; p = p->GetPrevSyncMark()) {
+            pTyped = p->GetCorrespondingSyncMark(m_pText);
+        }
+        std::size_t column = 1;
+        CStreamObj* p = pTyped;
+        for (; p != nullptr && p != m_pLast; p = p->GetPrevStreamObj()) {
+            if (p->GetObjectType(otToken)) ++column;
+        }
+        if (p != nullptr) column += m_lastColumn - 1;
+        m_pLast = pTyped;
+        m_lastColumn = column;
+        return column;
+    }
+
+private:
+    CStream* m_pText;
+    CSyncMark* m_pLast = nullptr;
+    std::size_t m_lastColumn = 1;
+};
+
+// What rules start from: characters, and letters, of which expansions make many.
+std::size_t SizeOf(const ReadText& text) {
+    std::size_t size = text.characters.size();
+    for (const ReadText::Segment& segment : text.segments) size += segment.letters.size();
+    return size;
+}
+
+}  // namespace
+
 struct RuleHost::Parts {
     // The container comes first and goes last: variables and tests belong to it.
     Parts(std::shared_ptr<const RuleSet> pSet, std::unique_ptr<CPlexa> pMade, CPlexa& container)
@@ -24,8 +64,7 @@ struct RuleHost::Parts {
           tests(plexa, pRules->compiled()) {}
 
     RunOutcome Run(std::string_view text, const RunOptions& options);
-    bool RunSteps(const RunOptions& options, RunOutcome& outcome);
-    std::size_t ColumnOf(CSyncMark* pMark);
+    bool RunSteps(const RunOptions& options, Growth growth, RunOutcome& outcome);
 
     std::shared_ptr<const RuleSet> pRules;
     std::unique_ptr<CPlexa> pOwn;
@@ -38,27 +77,14 @@ struct RuleHost::Parts {
     std::vector<Step> plan;
 };
 
-// Where in the text, as typed, a place of another tier is; 1 if it has none there.
-std::size_t RuleHost::Parts::ColumnOf(CSyncMark* pMark) {
-    CStream* pText = plexa.pStream(kTextTier);
-    CSyncMark* pTyped = nullptr;
-    for (CSyncMark* p = pMark; p != nullptr && pTyped == nullptr; p = p->GetPrevSyncMark()) {
-        pTyped = p->GetCorrespondingSyncMark(pText);
-    }
-    std::size_t column = 1;
-    for (CStreamObj* p = pTyped; p != nullptr; p = p->GetPrevStreamObj()) {
-        if (p->GetObjectType(otToken)) ++column;
-    }
-    return column;
-}
-
-bool RuleHost::Parts::RunSteps(const RunOptions& options, RunOutcome& outcome) {
+bool RuleHost::Parts::RunSteps(const RunOptions& options, Growth growth, RunOutcome& outcome) {
     if (!bPlanned || plannedFor != options.wanted) {
         plan = PlanFor(pRules->model(), options.wanted);
         plannedFor = options.wanted;
         bPlanned = true;
     }
     const CompiledRules& compiled = pRules->compiled();
+    Columns columns(plexa);
     std::vector<BlockFault> faults;
     for (const Step& step : plan) {
         bool bDone = true;
@@ -68,11 +94,12 @@ bool RuleHost::Parts::RunSteps(const RunOptions& options, RunOutcome& outcome) {
                 bDone = FillFromLexicon(plexa, compiled, static_cast<std::size_t>(step.index));
                 break;
             case Step::Kind::block:
-                bDone = BlockRunner(plexa, compiled, tests, step.index, pObserver, faults).Run();
+                bDone = BlockRunner(plexa, compiled, tests, step.index, pObserver, growth, faults)
+                            .Run();
                 break;
         }
         for (const BlockFault& fault : faults) {
-            outcome.faults.push_back({ColumnOf(fault.pAt), fault.what});
+            outcome.faults.push_back({columns.Of(fault.pAt), fault.what});
         }
         faults.clear();
         if (!bDone) return false;
@@ -86,7 +113,8 @@ RunOutcome RuleHost::Parts::Run(std::string_view text, const RunOptions& options
     ReadText read = reader.Read(text, options.unknown);
     outcome.faults = std::move(read.faults);
     if (options.unknown == Unknown::error && !outcome.faults.empty()) return outcome;
-    outcome.bDone = FillText(plexa, pRules->model(), read) && RunSteps(options, outcome);
+    outcome.bDone =
+        FillText(plexa, pRules->model(), read) && RunSteps(options, Growth(SizeOf(read)), outcome);
     CStream* pTime = plexa.GetDefaultTimeStream();
     if (outcome.bDone && pTime != nullptr && options.ratePercent != 100) {
         ScaleTime(plexa, pTime->pGetFirstStreamObj(), pTime->pGetLastStreamObj(),

@@ -21,6 +21,8 @@ public:
     /// Whether a rule holds at a mark: one of its environments and none of its exceptions. What the
     /// rule binds can be asked for until the next one is tried.
     bool Holds(int block, int rule, CSyncMark* pAt);
+    /// A rule that binds nothing is known to hold, without a test.
+    void SetEnd(CSyncMark* pEnd) { m_pEnd = pEnd; }
     /// Whether a run of a spanning tier begins at a mark.
     bool SpanHolds(TierId tier, std::size_t pattern, CSyncMark* pAt);
     /// The end of the focus, or of the run, that held last.

@@ -27,7 +27,7 @@ struct RunOptions {
 
 struct RunOutcome {
     /// False where the text was not done: a character that is not known under Unknown::error,
-    /// memory that ran out.
+    /// rules that make too much of it, memory that ran out.
     bool bDone = false;
     /// What was wrong with the text, in its order.
     std::vector<rules::TextFault> faults;
